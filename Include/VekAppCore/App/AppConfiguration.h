@@ -1,0 +1,78 @@
+#pragma once
+#include <QColor>
+#include <QString>
+#include <QStringList>
+#include <array>
+
+namespace vek::App
+{
+/// The flavour of a build; any other value is a build without one.
+enum class EAppType : int
+{
+    Development = 0,
+    Nightly = 1,
+    Beta = 2
+};
+
+/// Four numbers, the most significant one first.
+using VersionNumber = std::array<int, 4>;
+
+/// Where usage analytics are sent.
+struct GoogleAnalytics4DataStream
+{
+    QString measurementId;
+    QString apiSecret;
+};
+
+/// What an application tells the library about itself when it starts. Texts are not translated.
+struct AppConfiguration
+{
+    QString applicationName;  ///< Short name: folders, logs, analytics.
+    QString applicationTitle; ///< As shown in the title of the main window.
+    QString companyName;      ///< As shown in the about box.
+    QString copyright;        ///< As shown in the about box.
+
+    QString splashImage = QStringLiteral("SPLASHIMAGE"); ///< Name of the image's resource.
+    QString splashImageFormat = QStringLiteral("PNG");
+    int splashTextTop = 196; ///< Of the text on the splash image, in pixels.
+    QColor splashTextColor = QColor(150, 150, 150, 255);
+
+    QString organizationName = QStringLiteral("Ostrafel"); ///< Qt's organisation name: standard folders.
+    QString settingsOrganizationName = QStringLiteral("Ostrafel"); ///< Under which settings are kept.
+    QString organizationDomain;
+
+    QStringList fileExtensions; ///< Of the documents that the application opens, without dot.
+    QStringList languages;      ///< It is translated into, as "fr" or "pt_BR".
+    QStringList sampleFiles;    ///< Offered on the welcome page.
+
+    bool hasSplashScreen = false;
+    bool isSingleInstance = false;
+    bool acceptsDroppedFiles = false;
+    bool restoresWindows = false; ///< Size and place of its windows.
+    bool checksForUpdates = false;
+    bool sendsUsageStatistics = false;
+    bool showsWelcomePage = false;
+    bool showsLogPanel = false;
+    bool isDevFeatureAllowed = false; ///< Features for developers are on.
+
+    QStringList documentationFiles;
+    int shownVersionNumbers = 3; ///< How many of the four version numbers users see.
+
+    bool isInTouchMode = false; ///< At start.
+
+    QString applicationFile; ///< See GetApplicationPath.
+    QString iconResource;
+    QString styleResource;
+    QString websiteAddress;
+    QString supportAddress;
+    QString updateAddress; ///< Asked for a newer version.
+    QString licenseFile;
+    QString releaseNotesFile;
+    QString analyticsTrackingId;
+
+    EAppType appType = static_cast<EAppType>(-1);
+    VersionNumber version{};       ///< Of the application.
+    VersionNumber secondVersion{}; ///< Of what it is built on: a suite or an installer.
+    GoogleAnalytics4DataStream analyticsStream;
+};
+} // namespace vek::App

@@ -1,0 +1,30 @@
+#pragma once
+#include "VekAppCore/Export.h"
+#include "VekAppCore/Text/TrString.h"
+#include "VekBase/Verbosity.h"
+#include <QString>
+#include <functional>
+
+namespace vek::App
+{
+/// Something that the user should know.
+struct NotifierMessage
+{
+    TrString text; ///< What happened.
+    Log::Verbosity verbosity = Log::Verbosity::Info;
+    TrString source; ///< Who reports it.
+    QString details; ///< Not translated; may be empty.
+
+    bool operator==(const NotifierMessage&) const = default;
+};
+
+using NotifierCallback = std::move_only_function<void(const NotifierMessage&)>;
+
+/// Shows a message through the installed callback, on the main thread, and then logs it with its verbosity.
+/// From another thread it is posted and this returns at once; where it cannot be posted, it is logged only.
+/// Any thread.
+VEKAPPCORE_EXPORT void Notifier(const NotifierMessage& message);
+
+/// Installs @p callback and returns the one before. An empty one removes it. Main thread only.
+VEKAPPCORE_EXPORT NotifierCallback SetNotifierCallback(NotifierCallback callback);
+} // namespace vek::App

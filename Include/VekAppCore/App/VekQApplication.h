@@ -1,0 +1,30 @@
+#pragma once
+#include "VekAppCore/Export.h"
+#include "VekBase/RawPtr.h"
+#include <QApplication>
+#include <vector>
+
+namespace vek::App
+{
+/// The Qt application of a program: an exception that leaves a handler is reported with the event and the
+/// object, and the program goes on. Main thread only.
+class VEKAPPCORE_EXPORT VekQApplication : public QApplication
+{
+public:
+    VekQApplication(int& argc, char** argv);
+    ~VekQApplication() override;
+
+    /// Offers key presses and releases to @p filter when they reach a window, before the window gets them;
+    /// the filters are asked in order of adding, and the first that returns true consumes the event.
+    void AddTopLevelEventFilter(RawPtr<QObject> filter);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool notify(QObject* receiver, QEvent* event) override;
+
+private:
+    bool _OfferToTopLevelFilters(QObject* watched, QEvent* event);
+    void _CleanUpEventFilters();
+
+    std::vector<RawPtr<QObject>> m_topLevelEventFilters; ///< Dead ones are removed after a complete walk.
+};
+} // namespace vek::App

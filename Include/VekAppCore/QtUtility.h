@@ -1,0 +1,2 @@
+#pragma once
+#include "VekAppCore/QtUtility/EventFilter.h"

@@ -1,0 +1,3 @@
+#pragma once
+#include "VekAppCore/Text/LanguageChange.h"
+#include "VekAppCore/Text/TrString.h"

@@ -1,0 +1,25 @@
+# shellcheck shell=bash
+# Sourced by the scripts: sets root, and offers the steps that they share.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+
+# Joined by &&, since errexit does not reach into a function whose result the caller tests.
+
+# build PRESET [TARGET...]: builds the preset's own targets when none is named.
+build()
+{
+    local preset=$1 progress=()
+    shift
+    [[ -t 1 ]] || progress=(--quiet)
+    "$root/Scripts/install-dependencies" && (
+        cd "$root" &&
+            cmake --preset "$preset" >/dev/null &&
+            cmake --build --preset "$preset" --parallel "$(nproc)" ${1:+--target "$@"} -- "${progress[@]}"
+    )
+}
+
+# build_and_test PRESET [CTEST-ARGUMENT...]
+build_and_test()
+{
+    build "$1" && (cd "$root" && ctest --preset "$@")
+}

@@ -1,0 +1,6 @@
+#include "VekAppCore/App/IApp.h"
+
+namespace vek::App
+{
+IApp::~IApp() = default;
+} // namespace vek::App

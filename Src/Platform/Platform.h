@@ -1,0 +1,33 @@
+#pragma once
+#include <QString>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// The one interface to what differs by platform. Stateless; every function is thread-safe.
+namespace vek::Platform
+{
+/// The arguments the process was started with, UTF-8, the program's own name first.
+std::vector<std::string> GetArguments();
+
+/// The running program's file, absolute, links resolved; empty where the system does not tell.
+std::filesystem::path GetExecutableFile();
+
+/// The system's id of the calling thread, never 0.
+std::uint32_t GetThreadId();
+
+/// @param name  UTF-8; what the system has no room for is cut off between characters.
+void SetThreadName(const std::string& name);
+
+/// The name of a type as a programmer writes it, from std::type_info::name().
+std::string GetReadableTypeName(const char* name);
+
+/// Stops floating-point exceptions of the calling thread from trapping; returns what
+/// RestoreFloatingPointTraps takes.
+unsigned DisableFloatingPointTraps();
+void RestoreFloatingPointTraps(unsigned traps);
+
+/// The folder that all users of this computer share; empty where there is none.
+QString GetPublicFolder();
+} // namespace vek::Platform

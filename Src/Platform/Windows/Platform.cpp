@@ -1,0 +1,78 @@
+#include "Platform/Platform.h"
+#include <cfloat>
+#include <memory>
+#include <string_view>
+#include <windows.h>
+// windows.h comes first
+#include <knownfolders.h>
+#include <shellapi.h>
+#include <shlobj.h>
+
+namespace vek::Platform
+{
+std::vector<std::string> GetArguments()
+{
+    int count = 0;
+    const std::unique_ptr<LPWSTR, decltype(&LocalFree)> arguments(
+        CommandLineToArgvW(GetCommandLineW(), &count), &LocalFree);
+    std::vector<std::string> result;
+    for (int i = 0; arguments && i < count; ++i)
+        result.push_back(QString::fromWCharArray(arguments.get()[i]).toStdString());
+    return result;
+}
+
+std::filesystem::path GetExecutableFile()
+{
+    std::wstring file(MAX_PATH, L'\0');
+    for (;;)
+    {
+        const DWORD length = GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size()));
+        if (length < file.size()) // equal means that the name was cut off
+        {
+            file.resize(length);
+            return file;
+        }
+        file.resize(2 * file.size());
+    }
+}
+
+std::uint32_t GetThreadId() { return GetCurrentThreadId(); }
+
+void SetThreadName(const std::string& name)
+{
+    SetThreadDescription(GetCurrentThread(), QString::fromStdString(name).toStdWString().c_str());
+}
+
+std::string GetReadableTypeName(const char* name)
+{
+    std::string_view readable(name);
+    for (const std::string_view kind : {"class ", "struct ", "enum "})
+        if (readable.starts_with(kind))
+            readable.remove_prefix(kind.size());
+    return std::string(readable);
+}
+
+unsigned DisableFloatingPointTraps()
+{
+    unsigned before = 0;
+    unsigned now = 0;
+    _controlfp_s(&before, 0, 0);
+    _controlfp_s(&now, _MCW_EM, _MCW_EM);
+    return before & _MCW_EM;
+}
+
+void RestoreFloatingPointTraps(unsigned traps)
+{
+    _clearfp(); // a flag raised meanwhile would trap at once
+    unsigned now = 0;
+    _controlfp_s(&now, traps, _MCW_EM);
+}
+
+QString GetPublicFolder()
+{
+    PWSTR folder = nullptr;
+    const HRESULT result = SHGetKnownFolderPath(FOLDERID_Public, 0, nullptr, &folder);
+    const std::unique_ptr<wchar_t, decltype(&CoTaskMemFree)> owner(folder, &CoTaskMemFree);
+    return SUCCEEDED(result) ? QString::fromWCharArray(folder) : QString();
+}
+} // namespace vek::Platform

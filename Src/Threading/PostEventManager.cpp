@@ -1,0 +1,41 @@
+#include "VekAppCore/Threading/PostEventManager.h"
+#include "VekAppCore/App/SafeCallable.h"
+#include "VekAppCore/Threading/VekQFuncEvent.h"
+#include "VekBase/RawPtr.h"
+#include <QCoreApplication>
+
+namespace vek::Threading
+{
+namespace
+{
+/// Drains the queue of its manager, if that still lives, like a function event. It holds the manager itself:
+/// as a function it would cost each post one more allocation.
+class WakeUp final : public VekQFuncEvent
+{
+public:
+    explicit WakeUp(PostEventManager& manager) : VekQFuncEvent({}), m_manager(&manager) {}
+    ~WakeUp() override
+    {
+        if (PostEventManager* const manager = m_manager.Get())
+            App::SafeCallable([manager] { manager->ProcessEvents(EEventToTreat::QueueOnly); })();
+    }
+
+private:
+    const RawPtr<PostEventManager> m_manager;
+};
+} // namespace
+
+PostEventManager::PostEventManager() = default;
+PostEventManager::~PostEventManager() = default;
+
+int PostEventManager::PostEvent(const std::shared_ptr<IEvent>& event, const std::source_location& where)
+{
+    if (const int result = EventQueue::PostEvent(event, where); result != 0)
+        return result;
+    QCoreApplication* const application = QCoreApplication::instance();
+    if (!application)
+        return 1;
+    QCoreApplication::postEvent(application, new WakeUp(*this));
+    return 0;
+}
+} // namespace vek::Threading

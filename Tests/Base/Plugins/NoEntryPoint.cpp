@@ -1,0 +1,3 @@
+extern "C" int SomethingElse();
+
+int SomethingElse() { return 5; }

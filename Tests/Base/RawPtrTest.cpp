@@ -1,0 +1,116 @@
+#include "VekBase/RawPtr.h"
+#include <QObject>
+#include <atomic>
+#include <barrier>
+#include <gtest/gtest.h>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace vek
+{
+namespace
+{
+struct Plain : IObject
+{};
+struct Derived : Plain
+{};
+struct Both : QObject, Plain // its Plain is not at its address
+{};
+
+template <typename T>
+class RawPtrTo : public testing::Test
+{};
+using Objects = testing::Types<Plain, const Plain, QObject, const QObject, Both>;
+TYPED_TEST_SUITE(RawPtrTo, Objects, );
+
+TYPED_TEST(RawPtrTo, ReadsNullOnceTheObjectHasDied)
+{
+    auto object = std::make_unique<TypeParam>();
+    const RawPtr<TypeParam> pointer(object.get());
+    RawPtr<TypeParam> copy;
+    EXPECT_EQ(copy, nullptr);
+    copy = pointer;
+    const RawPtr<TypeParam> moved = std::move(copy);
+    EXPECT_EQ(&*pointer, object.get());
+    EXPECT_EQ(moved.operator->(), object.get());
+
+    object.reset();
+    const RawPtr<TypeParam> late = pointer;
+    for (const RawPtr<TypeParam>& each : {pointer, moved, late})
+    {
+        EXPECT_FALSE(each);
+        EXPECT_THROW(*each, Exception::NullptrException);
+        EXPECT_THROW(each.operator->(), Exception::NullptrException);
+    }
+}
+
+TEST(RawPtr, DeathOfACopyOfTheObjectLeavesTheOriginalAlive)
+{
+    Plain original;
+    const RawPtr<Plain> pointer(&original);
+    std::ignore = std::make_unique<Plain>(original);
+    std::ignore = std::make_unique<Plain>(std::move(original));
+    auto assigned = std::make_unique<Plain>();
+    const RawPtr<Plain> toAssigned(assigned.get());
+    *assigned = original;
+    EXPECT_EQ(toAssigned.Get(), assigned.get());
+    assigned.reset();
+    EXPECT_EQ(toAssigned, nullptr);
+    EXPECT_EQ(pointer.Get(), &original);
+}
+
+TEST(RawPtr, ConvertsLikeAPointer)
+{
+    auto object = std::make_unique<Both>();
+    const RawPtr<Both> pointer(object.get());
+    const RawPtr<const Both> toConst = pointer;
+    const RawPtr<Plain> toSecondBase = pointer;
+    const RawPtr<QObject> toOtherKind = pointer;
+    const RawPtr<const QObject> toConstOfOtherKind = toOtherKind;
+    EXPECT_EQ(toConst.Get(), object.get());
+    EXPECT_EQ(toSecondBase.Get(), static_cast<Plain*>(object.get())); // an unadjusted address would differ
+    EXPECT_EQ(toOtherKind.Get(), object.get());
+    EXPECT_EQ(toConstOfOtherKind, pointer);
+
+    object.reset();
+    EXPECT_TRUE(toConst == nullptr && toSecondBase == nullptr && toOtherKind == nullptr);
+    EXPECT_EQ(RawPtr<Plain>(pointer), nullptr);
+    EXPECT_EQ(RawPtr<QObject>(pointer), nullptr);
+
+    static_assert(!std::convertible_to<RawPtr<Plain>, RawPtr<Derived>>);
+    static_assert(!std::convertible_to<RawPtr<const Plain>, RawPtr<Plain>>);
+    static_assert(!std::convertible_to<RawPtr<Plain>, RawPtr<QObject>>);
+}
+
+TEST(RawPtr, IsMadeAndCopiedByManyThreadsWhileTheObjectDies)
+{
+    constexpr int threadCount = 4;
+    for (int round = 0; round < 200; ++round)
+    {
+        auto object = std::make_unique<Derived>();
+        std::barrier together(threadCount + 1);
+        std::atomic<bool> isDead = false;
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < threadCount; ++i)
+            threads.emplace_back([&together, &isDead, raw = object.get()] {
+                together.arrive_and_wait();
+                RawPtr<Derived> pointer(raw); // the first demand, by all at once
+                together.arrive_and_wait();
+                for (bool isLast = false; !isLast;) // from here on the object dies
+                {
+                    isLast = isDead;
+                    const RawPtr<Derived> copy = pointer;
+                    const RawPtr<Plain> converted = copy;
+                    pointer = copy;
+                    EXPECT_FALSE(isLast && (pointer || converted)); // watches another block than the object's
+                }
+            });
+        together.arrive_and_wait();
+        together.arrive_and_wait();
+        object.reset();
+        isDead = true;
+    }
+}
+} // namespace
+} // namespace vek

@@ -1,0 +1,222 @@
+#include "VekBase/TBBHelper.h"
+#include "VekBase/Exception.h"
+#include <atomic>
+#include <chrono>
+#include <gtest/gtest.h>
+#include <memory>
+#include <oneapi/tbb/global_control.h>
+#include <oneapi/tbb/info.h>
+#include <oneapi/tbb/task_arena.h>
+#include <oneapi/tbb/task_group.h>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace vek::Multithread::TBBHelper
+{
+namespace
+{
+/// For workers: Qt would keep data of its own for each of them.
+template <typename Condition>
+bool SpinUntil(Condition condition)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!condition())
+    {
+        if (std::chrono::steady_clock::now() > deadline)
+            return false;
+        std::this_thread::yield();
+    }
+    return true;
+}
+
+// The sanitizer does not see that a task of the pool starts after what its starter did before.
+std::atomic<int> g_handOver = 0;
+void ShowHandOver() { ++g_handOver; }
+
+TEST(StandaloneTaskGroup, RunDoesNotBlockWhileEverySlotIsTaken)
+{
+    std::atomic<bool> isReleased = false;
+    std::atomic<int> startedCount = 0;
+    std::atomic<int> endedCount = 0;
+    StandaloneTaskGroup group;
+    const auto hold = [&] {
+        ++startedCount;
+        EXPECT_TRUE(SpinUntil([&] { return isReleased.load(); }));
+        ++endedCount;
+    };
+    const int slotCount = tbb::info::default_concurrency();
+    std::vector<std::jthread> waiting;
+    for (int i = 0; i < slotCount; ++i)
+    {
+        group.Run(hold);
+        waiting.emplace_back([&group] { group.Wait(); });
+    }
+    EXPECT_TRUE(SpinUntil([&] { return startedCount >= slotCount; }));
+    group.Run(hold);
+    isReleased = true; // not reached when Run blocks
+    group.Wait();
+    EXPECT_EQ(endedCount, slotCount + 1);
+}
+
+TEST(StandaloneTaskGroup, HandsOverWhatTheWorkReadsAndWrites)
+{
+    for (int round = 0; round < 200; ++round)
+    {
+        std::vector<int> results(16);
+        const auto input = std::make_shared<int>(round);
+        StandaloneTaskGroup group;
+        for (int& result : results)
+            group.Run([&result, input, own = std::vector<int>{round}] { result = *input + own[0]; });
+        EXPECT_EQ(group.Wait(), ETaskGroupStatus::Complete);
+        EXPECT_EQ(results, std::vector<int>(16, 2 * round));
+        EXPECT_EQ(input.use_count(), 1); // what the work held must be gone
+    }
+}
+
+TEST(StandaloneTaskGroup, ExceptionLeavesOneWaitAndCancelsWhatHasNotStarted)
+{
+    StandaloneTaskGroup group;
+    const auto runs = [&group] {
+        const auto hasRun = std::make_shared<std::atomic<bool>>(false);
+        group.Run([hasRun] { *hasRun = true; });
+        EXPECT_TRUE(
+            SpinUntil([&] { return hasRun.use_count() == 1; })); // the function has died, called or not
+        return hasRun->load();
+    };
+    group.Run([] { throw std::runtime_error("refused"); });
+    EXPECT_TRUE(SpinUntil([&] { return !runs(); }));
+    EXPECT_FALSE(runs());
+    EXPECT_THROW(group.Wait(), std::runtime_error);
+    EXPECT_TRUE(runs());
+    EXPECT_EQ(group.Wait(), ETaskGroupStatus::Complete);
+}
+
+TEST(StandaloneTaskGroup, EveryExceptionLeavesOneOfManyWaits)
+{
+    StandaloneTaskGroup group;
+    std::atomic<int> caughtCount = 0;
+    constexpr int roundCount = 300;
+    {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 4; ++i)
+            threads.emplace_back([&] {
+                for (int round = 0; round < roundCount; ++round)
+                {
+                    group.Run([] { throw std::runtime_error("refused"); });
+                    try
+                    {
+                        group.Wait();
+                    }
+                    catch (const std::runtime_error&)
+                    {
+                        ++caughtCount;
+                    }
+                }
+            });
+    }
+    EXPECT_GT(caughtCount, 0);
+    EXPECT_LE(caughtCount, 4 * roundCount);
+    EXPECT_EQ(group.Wait(), ETaskGroupStatus::Complete); // none is left
+}
+
+TEST(StandaloneTaskGroup, DestructionWaitsAndReportsTheExceptionThatNobodyWaitedFor)
+{
+    static std::atomic<int> reportCount;
+    reportCount = 0;
+    const auto before =
+        Exception::SetExceptionHandler([](const std::source_location&) noexcept { ++reportCount; });
+    std::atomic<int> runCount = 0;
+    {
+        StandaloneTaskGroup group;
+        group.Run([&] {
+            for (int i = 0; i < 10; ++i) // work of the work
+                group.Run([&] { ++runCount; });
+        });
+    }
+    EXPECT_EQ(runCount, 10);
+    EXPECT_EQ(reportCount, 0);
+    {
+        StandaloneTaskGroup group;
+        group.Run([] { throw std::runtime_error("refused"); });
+    }
+    EXPECT_EQ(reportCount, 1);
+    Exception::SetExceptionHandler(before);
+}
+
+TEST(StandaloneTaskGroup, IsNotCancelledWithTheGroupItWasUsedIn)
+{
+    StandaloneTaskGroup standalone;
+    std::atomic<int> runCount = 0;
+    tbb::task_group outer;
+    ShowHandOver();
+    outer.run([&] {
+        ShowHandOver();
+        standalone.Run([] {}); // where a context is bound to the one around it
+        outer.cancel();
+        for (int i = 0; i < 10; ++i)
+            standalone.Run([&] { ++runCount; });
+    });
+    outer.wait();
+    standalone.Wait();
+    EXPECT_EQ(runCount, 10);
+}
+
+TEST(InvokeInIsolatedTBBContext, PassesTheExceptionOnWhenTheWorkInsideHasEnded)
+{
+    std::atomic<int> underWay = 0;
+    EXPECT_THROW(InvokeInIsolatedTBBContext([&] {
+                     tbb::task_group inner;
+                     ShowHandOver();
+                     for (int i = 0; i < 100; ++i)
+                         inner.run([&] {
+                             ShowHandOver();
+                             ++underWay;
+                             std::this_thread::yield();
+                             --underWay;
+                         });
+                     throw std::runtime_error("refused");
+                 }),
+                 std::runtime_error);
+    EXPECT_EQ(underWay, 0);
+}
+
+TEST(InvokeInIsolatedTBBContext, PicksUpNoOuterTaskWhileItWaits)
+{
+    const tbb::global_control atLeastOneWorker(tbb::global_control::max_allowed_parallelism, 2);
+    tbb::task_arena arena(2);
+    std::atomic<bool> isStolen = false;
+    std::atomic<bool> isPieceDone = false;
+    std::atomic<bool> isInside = false;
+    std::atomic<bool> isOuterPickedUp = false;
+    arena.execute([&, caller = std::this_thread::get_id()] {
+        tbb::task_group outer;
+        InvokeInIsolatedTBBContext([&] {
+            tbb::task_group inner;
+            isInside = true;
+            ShowHandOver();
+            inner.run([&] // on the worker; its piece is left to the caller, which has to look for it
+                      {
+                          ShowHandOver();
+                          isStolen = true;
+                          inner.run([&] { isPieceDone = true; });
+                          EXPECT_TRUE(SpinUntil([&] { return isPieceDone.load(); }));
+                      });
+            EXPECT_TRUE(SpinUntil([&] { return isStolen.load(); }));
+            // Entering the arena anew leaves the isolation: nearer at hand than the piece, but an outer task.
+            arena.execute([&] {
+                outer.run([&] {
+                    ShowHandOver();
+                    if (isInside && std::this_thread::get_id() == caller)
+                        isOuterPickedUp = true;
+                });
+            });
+            inner.wait();
+        });
+        isInside = false;
+        outer.wait();
+    });
+    EXPECT_FALSE(isOuterPickedUp);
+}
+} // namespace
+} // namespace vek::Multithread::TBBHelper

@@ -1,0 +1,6 @@
+file(READ "${SOURCE_DIR}/Examples/FirstProgram/Main.cpp" program)
+file(READ "${SOURCE_DIR}/README.md" readme)
+string(FIND "${readme}" "```cpp\n${program}```" position)
+if(position EQUAL -1)
+    message(FATAL_ERROR "README.md does not show Examples/FirstProgram/Main.cpp as it is.")
+endif()

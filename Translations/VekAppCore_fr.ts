@@ -1,0 +1,96 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr_FR">
+<context>
+    <name></name>
+    <message>
+        <source>Yes</source>
+        <translation>Oui</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Non</translation>
+    </message>
+</context>
+<context>
+    <name>LogPanel</name>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Avertissement</translation>
+    </message>
+    <message>
+        <source>Info</source>
+        <translation>Information</translation>
+    </message>
+    <message>
+        <source>Debug</source>
+        <translation>Débogage</translation>
+    </message>
+    <message>
+        <source>Trace</source>
+        <translation>Trace</translation>
+    </message>
+    <message>
+        <source>Shows lines of this level and more important ones</source>
+        <translation>Affiche les lignes de ce niveau et des niveaux plus importants</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Effacer</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copier</translation>
+    </message>
+</context>
+<context>
+    <name>NotificationBar</name>
+    <message>
+        <source>%1 more</source>
+        <translation>%1 de plus</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Détails</translation>
+    </message>
+    <message>
+        <source>Close this message</source>
+        <translation>Fermer ce message</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>ERROR ! an exception has interrupted the treatment.</source>
+        <translation>ERREUR ! une exception a interrompu le traitement.</translation>
+    </message>
+    <message>
+        <source>A general exception has been caught.</source>
+        <translation>Une exception générale a été interceptée.</translation>
+    </message>
+    <message>
+        <source>%1 %2 (source: %3)</source>
+        <translation>%1 %2 (source : %3)</translation>
+    </message>
+    <message>
+        <source>NOT ENOUGH MEMORY!</source>
+        <translation>MÉMOIRE INSUFFISANTE !</translation>
+    </message>
+    <message>
+        <source>ESC: the computation is canceled.</source>
+        <translation>ÉCHAP : le calcul est annulé.</translation>
+    </message>
+    <message>
+        <source>Not enough memory.</source>
+        <translation>Mémoire insuffisante.</translation>
+    </message>
+</context>
+</TS>
