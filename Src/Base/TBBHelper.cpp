@@ -9,15 +9,20 @@
 
 namespace vek::Multithread::TBBHelper
 {
+namespace
+{
+// The pool makes what happened before Run visible to the function, and what the function did visible behind
+// Wait; but the thread sanitizer cannot see into it. So we say it again, at the cost of an increment. This
+// one is not a member: the sanitizer must see it before a worker reads the task, and so finds the group.
+std::atomic<unsigned> g_handOver{0};
+} // namespace
+
 // The group never sees an exception: it would be lost, or freed twice, where several threads wait or one
 // waits while another runs new work, because the reset of a task group's context is not thread-safe.
 struct StandaloneTaskGroup::Impl
 {
     void Execute(std::function<void()>& function) noexcept
     {
-        // With the release in Run, and below with the acquire in Wait, this hands over what the function
-        // works on. The pool does so as well, but the thread sanitizer cannot see into it.
-        handOver.load(std::memory_order_acquire);
         if (!isCanceled.load(std::memory_order_relaxed))
             try
             {
@@ -31,12 +36,16 @@ struct StandaloneTaskGroup::Impl
                 isCanceled = true;
             }
         function = nullptr; // what it holds must have died when Wait returns
-        handOver.fetch_add(1, std::memory_order_release);
+        endedCount.fetch_add(1, std::memory_order_release);
     }
 
     struct Work // a mutable lambda will not do: a task calls a constant
     {
-        void operator()() const { impl->Execute(function); }
+        void operator()() const
+        {
+            g_handOver.load(std::memory_order_acquire);
+            impl->Execute(function);
+        }
         Impl* impl;
         mutable std::function<void()> function;
     };
@@ -45,7 +54,7 @@ struct StandaloneTaskGroup::Impl
     tbb::task_group_context context{tbb::task_group_context::isolated};
     tbb::task_group group{context};
     tbb::task_arena arena;
-    std::atomic<unsigned> handOver{0};
+    std::atomic<unsigned> endedCount{0};
     std::atomic<bool> isCanceled{false}; ///< What starts now is not run; until the exception has left Wait.
     std::mutex waitMutex;                ///< Held by the thread that waits for the group.
     std::mutex mutex;                    ///< Guards exception.
@@ -69,7 +78,7 @@ StandaloneTaskGroup::~StandaloneTaskGroup()
 void StandaloneTaskGroup::Run(std::function<void()> function)
 {
     auto task = m_impl->group.defer(Impl::Work{m_impl.get(), std::move(function)});
-    m_impl->handOver.fetch_add(1, std::memory_order_release);
+    g_handOver.fetch_add(1, std::memory_order_release);
     // Enqueued rather than spawned: a spawned task waits for the caller's next Wait where the machine has one
     // core, and entering the arena to spawn blocks while all of its slots are taken.
     m_impl->arena.enqueue(std::move(task));
@@ -81,7 +90,7 @@ ETaskGroupStatus StandaloneTaskGroup::Wait()
     // to a worker, and reset the context beside the first one.
     const std::lock_guard waiting(m_impl->waitMutex);
     const tbb::task_group_status status = m_impl->arena.execute([this] { return m_impl->group.wait(); });
-    m_impl->handOver.load(std::memory_order_acquire);
+    m_impl->endedCount.load(std::memory_order_acquire);
     std::unique_lock lock(m_impl->mutex);
     if (const std::exception_ptr exception = std::exchange(m_impl->exception, nullptr))
     {

@@ -61,7 +61,8 @@ thread_local constinit Processing* Processing::t_innermost = nullptr;
 
 struct EventQueue::Impl
 {
-    tbb::concurrent_queue<Entry> entries;
+    // The default allocator of the queue aligns its blocks to cache lines, which takes longer than it saves.
+    tbb::concurrent_queue<Entry, std::allocator<Entry>> entries;
 };
 
 IEvent::~IEvent() = default;
