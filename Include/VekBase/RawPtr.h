@@ -12,6 +12,9 @@ namespace vek
 {
 namespace Details
 {
+/// Out of line, so that a use is small.
+[[noreturn]] VEKBASE_EXPORT void ThrowNullptrException();
+
 /// Watches a SafeObject through its control block, which alone knows the object's address.
 template <typename T>
 class SafeObjectWatch
@@ -112,7 +115,7 @@ private:
     {
         T* const object = Get();
         if (!object) [[unlikely]]
-            throw Exception::NullptrException();
+            Details::ThrowNullptrException();
         return object;
     }
 

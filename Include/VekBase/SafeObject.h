@@ -16,9 +16,10 @@ class VEKBASE_EXPORT ControlBlock : public AllocatedObject
 public:
     explicit ControlBlock(const SafeObject* object) noexcept : m_object(object) {}
 
+    /// Relaxed: whoever hands a pointer to another thread publishes the object as well.
     [[nodiscard]] const SafeObject* GetObject() const noexcept
     {
-        return m_object.load(std::memory_order_acquire);
+        return m_object.load(std::memory_order_relaxed);
     }
     void Clear() noexcept { m_object.store(nullptr); }
     void AddReference() noexcept { m_count.fetch_add(1); }

@@ -3,6 +3,9 @@
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
+# One cache for all clones: paths count from the root.
+export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+
 # Joined by &&, since errexit does not reach into a function whose result the caller tests.
 
 # build PRESET [TARGET...]: builds the preset's own targets when none is named.

@@ -23,6 +23,10 @@ public:
 
 private:
     std::unordered_map<std::type_index, std::unique_ptr<IServiceBase>> m_services;
+    /// The same by the address of the type's name, which is quick to hash. A module may have another address
+    /// for the name than the one that registered the service: what is not found here is looked up by its
+    /// name.
+    std::unordered_map<const char*, IServiceBase*> m_servicesByAddress;
 };
 
 std::optional<RawPtr<ServiceManager>> g_current; // empty before the first manager and after the last
@@ -38,6 +42,8 @@ bool ServiceManager::RemoveService(std::type_index key)
 {
     // Out of the map first: the service may use the manager while it dies.
     const auto node = m_services.extract(key);
+    if (!node.empty())
+        m_servicesByAddress.erase(node.key().name());
     return !node.empty() && node.mapped();
 }
 
@@ -54,25 +60,28 @@ void ServiceManager::NotifyServices()
 void ServiceManager::RemoveAllServices()
 {
     while (!m_services.empty())
-        m_services.extract(m_services.begin());
+        RemoveService(m_services.begin()->first);
 }
 
 bool ServiceManager::AddService(std::type_index key, std::unique_ptr<IServiceBase> service)
 {
     if (!service)
         return false;
-    std::unique_ptr<IServiceBase>& entry = m_services[key];
-    if (entry)
+    const auto place = m_services.try_emplace(key).first;
+    if (place->second)
     {
         service.reset();
         return false;
     }
-    entry = std::move(service);
+    m_servicesByAddress[place->first.name()] = service.get();
+    place->second = std::move(service);
     return true;
 }
 
 IServiceBase* ServiceManager::GetService(std::type_index key)
 {
+    if (const auto quick = m_servicesByAddress.find(key.name()); quick != m_servicesByAddress.end())
+        return quick->second;
     const auto found = m_services.find(key);
     return found == m_services.end() ? nullptr : found->second.get();
 }

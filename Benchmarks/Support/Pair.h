@@ -1,0 +1,31 @@
+#pragma once
+#include <benchmark/benchmark.h>
+#include <initializer_list>
+#include <optional>
+#include <vector>
+
+namespace vek::Benchmark
+{
+/// One case: ours beside a peer that does the same work.
+struct Pair
+{
+    const char* subject;          ///< Area and work, as "Queue/1Producer"; a case may have several peers.
+    const char* peer;             ///< What a user would take instead of ours.
+    std::optional<double> wanted; ///< The least ratio of peer's time to ours; empty where it is only shown.
+    void (*measureOurs)(benchmark::State&);
+    void (*measurePeer)(benchmark::State&);
+};
+
+/// Adds pairs to those that the program measures. One object at namespace scope of each benchmark file.
+class Pairs
+{
+public:
+    Pairs(std::initializer_list<Pair> pairs);
+
+    [[nodiscard]] static const std::vector<Pair>& GetAll();
+};
+
+/// To be called after the loop: a wrong result makes the measurement, and the program, fail.
+/// @param fault  what is wrong otherwise.
+void Check(benchmark::State& state, bool isRight, const char* fault);
+} // namespace vek::Benchmark

@@ -1,0 +1,42 @@
+#pragma once
+#include "VekAppCore/App/ServiceBase.h"
+#include <Eigen/Core>
+#include <QStringList>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+/// What a plug-in needs to add a file format to the desk.
+namespace vek::Desk
+{
+/// Points in millimetres, all finite.
+using PointCloud = std::vector<Eigen::Vector3d>;
+
+/// Told now and then which part of the work is done, 0 to 1. What it throws ends the work.
+using Progress = std::function<void(double part)>;
+
+/// A kind of file that point clouds are read from.
+struct PointCloudFormat
+{
+    QStringList extensions; ///< Lower case, without dot.
+    /// Reads the whole content of a file on a worker thread. The file's name is for messages: it throws
+    /// Exception::AppException where the content is not of the format.
+    std::function<PointCloud(std::string_view content, const QString& name, const Progress& progress)> read;
+};
+
+/// Reads point clouds. A module adds a format by appending a callback to this interface's extension point:
+/// App::DeclarationSystem::GetInstance().Append<IPointCloudReader>([](IPointCloudReader& reader) {...});
+class IPointCloudReader : public App::IServiceExtensible<IPointCloudReader, PointCloudFormat>
+{
+public:
+    /// The first format of an extension wins. Main thread only, at start-up.
+    virtual void AddFormat(PointCloudFormat format) = 0;
+
+    /// Extensions of the files that can be read. Main thread only.
+    [[nodiscard]] virtual QStringList GetExtensions() const = 0;
+
+    /// Reads a file in the format that its extension tells. Any thread, once the application has started.
+    /// @throws Exception::AppException  it cannot be read; the message names the file.
+    [[nodiscard]] virtual PointCloud Read(const QString& path, const Progress& progress) const = 0;
+};
+} // namespace vek::Desk

@@ -1,0 +1,40 @@
+#pragma once
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+/// Taking lines and numbers from the front of a text. All in the header, so that plug-ins can use it too.
+namespace vek::Desk
+{
+inline constexpr std::string_view blanks = " \t\r";
+
+/// Without its line feed; a carriage return in front of it counts as a blank.
+inline std::string_view TakeLine(std::string_view& text)
+{
+    const std::string_view line = text.substr(0, text.find('\n'));
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+    return line;
+}
+
+inline void SkipBlanks(std::string_view& text)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+}
+
+/// A finite number, whatever the locale, with the blanks around it and a comma or semicolon behind it. False,
+/// and the text is unspecified, when there is none or something else adheres to it.
+inline bool TakeNumber(std::string_view& text, double& value)
+{
+    SkipBlanks(text);
+    if (text.starts_with('+') && !text.starts_with("+-"))
+        text.remove_prefix(1);
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    const std::size_t lengthBefore = text.size();
+    SkipBlanks(text);
+    if (text.starts_with(',') || text.starts_with(';'))
+        text.remove_prefix(1);
+    return error == std::errc() && std::isfinite(value) && (text.empty() || text.size() < lengthBefore);
+}
+} // namespace vek::Desk
