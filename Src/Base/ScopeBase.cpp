@@ -37,8 +37,8 @@ void ScopeBase::Release() noexcept
     bool* const outer = std::exchange(m_isGone, &isGone);
     while (!isGone && !m_actions.empty())
     {
-        Action action =
-            std::move(m_actions.back()); // out first: an action may use or release this very scope
+        // Out first: an action may use or release this very scope.
+        Action action = std::move(m_actions.back());
         m_actions.pop_back();
         try
         {
@@ -57,7 +57,7 @@ void ScopeBase::Release() noexcept
 
 void ScopeBase::Drop() noexcept
 {
-    const std::vector<Action> dropped =
-        std::exchange(m_actions, {}); // what they hold may use this scope when it dies
+    // Out first: what they hold may use this scope when it dies.
+    const std::vector<Action> dropped = std::exchange(m_actions, {});
 }
 } // namespace vek

@@ -126,8 +126,8 @@ Connection& Connection::operator=(Connection&& other) noexcept
 {
     if (this != &other)
     {
-        const Connection old(
-            std::move(*this)); // goes last: what its callback holds may use or destroy this one
+        // Goes last: what its callback holds may use or destroy this connection.
+        const Connection old(std::move(*this));
         m_slot = std::exchange(other.m_slot, nullptr);
         m_id = std::exchange(other.m_id, 0);
         if (m_slot)

@@ -1,6 +1,7 @@
 #include "VekBase/TBBHelper.h"
 #include "VekBase/Exception.h"
 #include <atomic>
+#include <deque>
 #include <exception>
 #include <mutex>
 #include <oneapi/tbb/task_arena.h>
@@ -21,44 +22,84 @@ std::atomic<unsigned> g_handOver{0};
 // waits while another runs new work, because the reset of a task group's context is not thread-safe.
 struct StandaloneTaskGroup::Impl
 {
-    void Execute(std::function<void()>& function) noexcept
+    void Add(std::function<void()> function)
     {
-        if (!isCanceled.load(std::memory_order_relaxed))
-            try
-            {
-                function();
-            }
-            catch (...)
-            {
-                const std::lock_guard lock(mutex);
-                if (!exception)
-                    exception = std::current_exception();
-                isCanceled = true;
-            }
-        function = nullptr; // what it holds must have died when Wait returns
-        endedCount.fetch_add(1, std::memory_order_release);
+        {
+            const std::lock_guard lock(mutex);
+            functions.push_back(std::move(function));
+            if (runners == maximumRunners)
+                return;
+            ++runners;
+        }
+        StartRunner();
     }
 
-    struct Work // a mutable lambda will not do: a task calls a constant
+    // Enqueued rather than spawned: a spawned task waits for the caller's next Wait where the machine has one
+    // core, and entering the arena to spawn blocks while all of its slots are taken.
+    void StartRunner()
     {
-        void operator()() const
-        {
+        auto task = group.defer([this] {
             g_handOver.load(std::memory_order_acquire);
-            impl->Execute(function);
+            RunSome();
+        });
+        g_handOver.fetch_add(1, std::memory_order_release);
+        arena.enqueue(std::move(task));
+    }
+
+    // A task of the pool for each function would cost more than a small function does. A runner takes one
+    // function after the other, never several at once, since one may wait for the next. It ends after some: a
+    // function that waits for parallel work may be running it meanwhile, and other work of the pool has its
+    // turn.
+    void RunSome() noexcept
+    {
+        std::unique_lock lock(mutex);
+        for (int i = 0; i < functionsPerRunner; ++i)
+        {
+            if (functions.empty())
+            {
+                --runners;
+                return;
+            }
+            std::function<void()> function = std::move(functions.front());
+            functions.pop_front();
+            const bool isSkipped = isCanceled;
+            lock.unlock();
+            std::exception_ptr thrown = isSkipped ? nullptr : Execute(function);
+            function = nullptr; // what it holds must have died when Wait returns
+            lock.lock();        // and Wait, which locks too, sees what the function did
+            if (thrown && !exception)
+                exception = thrown;
+            isCanceled = isCanceled || thrown;
         }
-        Impl* impl;
-        mutable std::function<void()> function;
-    };
+        StartRunner(); // in its place
+    }
+
+    static std::exception_ptr Execute(const std::function<void()>& function) noexcept
+    {
+        try
+        {
+            function();
+            return nullptr;
+        }
+        catch (...)
+        {
+            return std::current_exception();
+        }
+    }
+
+    static constexpr int functionsPerRunner = 32;
 
     // Isolated: work started inside a task of another group must outlive the cancelling of that group.
     tbb::task_group_context context{tbb::task_group_context::isolated};
     tbb::task_group group{context};
     tbb::task_arena arena;
-    std::atomic<unsigned> endedCount{0};
-    std::atomic<bool> isCanceled{false}; ///< What starts now is not run; until the exception has left Wait.
-    std::mutex waitMutex;                ///< Held by the thread that waits for the group.
-    std::mutex mutex;                    ///< Guards exception.
-    std::exception_ptr exception;        ///< The first one since the last Wait.
+    const int maximumRunners = arena.max_concurrency();
+    std::mutex waitMutex;                        ///< Held by the thread that waits for the group.
+    std::mutex mutex;                            ///< Guards what follows.
+    std::deque<std::function<void()>> functions; ///< Not empty only while there is a runner.
+    int runners = 0;                             ///< Enqueued or at work.
+    bool isCanceled = false;      ///< What starts now is not run; until the exception has left Wait.
+    std::exception_ptr exception; ///< The first one since the last Wait.
 };
 
 StandaloneTaskGroup::StandaloneTaskGroup() : m_impl(std::make_unique<Impl>()) {}
@@ -75,14 +116,7 @@ StandaloneTaskGroup::~StandaloneTaskGroup()
     }
 }
 
-void StandaloneTaskGroup::Run(std::function<void()> function)
-{
-    auto task = m_impl->group.defer(Impl::Work{m_impl.get(), std::move(function)});
-    g_handOver.fetch_add(1, std::memory_order_release);
-    // Enqueued rather than spawned: a spawned task waits for the caller's next Wait where the machine has one
-    // core, and entering the arena to spawn blocks while all of its slots are taken.
-    m_impl->arena.enqueue(std::move(task));
-}
+void StandaloneTaskGroup::Run(std::function<void()> function) { m_impl->Add(std::move(function)); }
 
 ETaskGroupStatus StandaloneTaskGroup::Wait()
 {
@@ -90,7 +124,6 @@ ETaskGroupStatus StandaloneTaskGroup::Wait()
     // to a worker, and reset the context beside the first one.
     const std::lock_guard waiting(m_impl->waitMutex);
     const tbb::task_group_status status = m_impl->arena.execute([this] { return m_impl->group.wait(); });
-    m_impl->endedCount.load(std::memory_order_acquire);
     std::unique_lock lock(m_impl->mutex);
     if (const std::exception_ptr exception = std::exchange(m_impl->exception, nullptr))
     {

@@ -143,8 +143,6 @@ TrString::TrString(std::string_view context, std::string_view source, const char
 
 TrString::TrString(const TrString& other, CreateClone) : m_body(std::make_shared<Impl>(*other.m_body)) {}
 
-TrString::~TrString() = default;
-
 TrString TrString::NoTranslate(const QString& text) { return TrString(text); }
 
 TrString TrString::translate(std::string_view context, std::string_view source, const char* disambiguation,
@@ -259,8 +257,7 @@ QString TrString::_Render(bool key) const
 
     if (!body.args.empty())
     {
-        std::vector<QString> rendered; // keeps what the views below look at
-        rendered.reserve(body.args.size());
+        QVarLengthArray<QString, 8> rendered; // keeps what the views below look at
         Values values;
         for (const auto& argument : body.args)
         {

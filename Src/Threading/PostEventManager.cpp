@@ -13,9 +13,10 @@ namespace
 class WakeUp final : public VekQFuncEvent
 {
 public:
-    explicit WakeUp(PostEventManager& manager) : VekQFuncEvent({}), m_manager(&manager) {}
+    explicit WakeUp(PostEventManager& manager) : VekQFuncEvent({}), m_manager(&manager) { _Publish(); }
     ~WakeUp() override
     {
+        _Receive();
         if (PostEventManager* const manager = m_manager.Get())
             App::SafeCallable([manager] { manager->ProcessEvents(EEventToTreat::QueueOnly); })();
     }

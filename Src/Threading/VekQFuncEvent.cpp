@@ -18,6 +18,7 @@ VekQFuncEvent& VekQFuncEvent::operator=(const VekQFuncEvent& other) = default;
 
 VekQFuncEvent::~VekQFuncEvent()
 {
+    _Receive();
     if (!m_function)
         return;
     try
@@ -34,6 +35,8 @@ VekQFuncEvent* VekQFuncEvent::clone() const { return new VekQFuncEvent(*this); }
 
 void VekQFuncEvent::PostEvent(QObject* receiver, std::function<void()> function)
 {
-    QCoreApplication::postEvent(receiver, new VekQFuncEvent(std::move(function)), Qt::NormalEventPriority);
+    auto* const event = new VekQFuncEvent(std::move(function));
+    event->_Publish();
+    QCoreApplication::postEvent(receiver, event, Qt::NormalEventPriority);
 }
 } // namespace vek::Threading

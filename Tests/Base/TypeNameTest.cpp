@@ -1,6 +1,5 @@
 #include "VekBase/TypeName.h"
 #include <gtest/gtest.h>
-#include <vector>
 
 namespace vek
 {
@@ -10,23 +9,10 @@ enum class ENamed
 {
 };
 
-namespace
+TEST(TypeName, IsTheOneInTheSource)
 {
-struct TypeNameCase
-{
-    const char* fault;
-    std::type_index type;
-    std::string name;
-};
-void PrintTo(const TypeNameCase& row, std::ostream* out) { *out << row.fault; }
-class TypeName : public testing::TestWithParam<TypeNameCase>
-{};
-
-TEST_P(TypeName, IsTheOneInTheSource) { EXPECT_EQ(GetTypeName(GetParam().type), GetParam().name); }
-INSTANTIATE_TEST_SUITE_P(
-    Rows, TypeName,
-    testing::Values(TypeNameCase{"mangled, or a keyword before it", typeid(NamedStruct), "vek::NamedStruct"},
-                    TypeNameCase{"keyword before an enumeration", typeid(ENamed), "vek::ENamed"},
-                    TypeNameCase{"letter of a built-in type", typeid(int), "int"}));
-} // namespace
+    EXPECT_EQ(GetTypeName(typeid(NamedStruct)), "vek::NamedStruct"); // not mangled, no keyword before it
+    EXPECT_EQ(GetTypeName(typeid(ENamed)), "vek::ENamed");
+    EXPECT_EQ(GetTypeName(typeid(int)), "int");
+}
 } // namespace vek

@@ -43,7 +43,7 @@ public:
     TrString(TrString&&) noexcept = default;
     TrString& operator=(const TrString&) noexcept = default;
     TrString& operator=(TrString&&) noexcept = default;
-    ~TrString();
+    ~TrString() = default;
 
     /// A text that is shown as it is in every language.
     [[nodiscard]] static TrString NoTranslate(const QString& text);

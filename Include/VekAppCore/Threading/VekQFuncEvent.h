@@ -1,6 +1,7 @@
 #pragma once
 #include "VekAppCore/Export.h"
 #include <QEvent>
+#include <atomic>
 #include <functional>
 
 class QObject;
@@ -22,7 +23,23 @@ public:
     /// Runs @p function on the thread of @p receiver, with normal priority. Thread-safe.
     static void PostEvent(QObject* receiver, std::function<void()> function);
 
+protected:
+    /// Called by the thread that posts, before it does, and by the destructor of the event. Qt hands the
+    /// event over anyway; these make it known to the thread sanitizer, which cannot see into Qt.
+    void _Publish() noexcept { m_handOver.flag.store(true, std::memory_order_release); }
+    void _Receive() const noexcept { static_cast<void>(m_handOver.flag.load(std::memory_order_acquire)); }
+
 private:
+    /// A copy is handed over by itself.
+    struct HandOver
+    {
+        HandOver() = default;
+        HandOver(const HandOver&) noexcept {}
+        HandOver& operator=(const HandOver&) noexcept { return *this; }
+        std::atomic<bool> flag{false};
+    };
+
+    HandOver m_handOver;
     std::function<void()> m_function;
 };
 } // namespace vek::Threading
