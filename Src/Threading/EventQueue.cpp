@@ -9,8 +9,8 @@ namespace
 struct Entry
 {
     Entry() = default;
-    Entry(std::shared_ptr<IEvent> posted, const std::source_location& poster)
-        : event(std::move(posted)), where(poster)
+    Entry(const std::shared_ptr<IEvent>& posted, const std::source_location& poster)
+        : event(posted), where(poster)
     {}
 
     std::shared_ptr<IEvent> event;
@@ -83,8 +83,9 @@ int EventQueue::PostEvent(const std::shared_ptr<IEvent>& event, const std::sourc
 void EventQueue::ProcessEvents(EEventToTreat what)
 {
     const Processing processing(*this);
+    auto& entries = m_impl->entries;
     Entry entry;
-    if (!m_impl->entries.try_pop(entry))
+    if (!entries.try_pop(entry))
     {
         TakeQtStep(what);
         return;
@@ -93,7 +94,7 @@ void EventQueue::ProcessEvents(EEventToTreat what)
     {
         entry.event->Process();
         TakeQtStep(what);
-    } while (processing.IsQueueAlive() && m_impl->entries.try_pop(entry));
+    } while (processing.IsQueueAlive() && entries.try_pop(entry));
 }
 
 void EventQueue::Clear()
