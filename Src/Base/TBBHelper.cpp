@@ -1,5 +1,6 @@
 #include "VekBase/TBBHelper.h"
 #include "VekBase/Exception.h"
+#include <algorithm>
 #include <atomic>
 #include <deque>
 #include <exception>
@@ -93,7 +94,8 @@ struct StandaloneTaskGroup::Impl
     tbb::task_group_context context{tbb::task_group_context::isolated};
     tbb::task_group group{context};
     tbb::task_arena arena;
-    const int maximumRunners = arena.max_concurrency();
+    /// Two even on one core: a thread in Wait helps, and a function may wait for another.
+    const int maximumRunners = std::max(2, arena.max_concurrency());
     std::mutex waitMutex;                        ///< Held by the thread that waits for the group.
     std::mutex mutex;                            ///< Guards what follows.
     std::deque<std::function<void()>> functions; ///< Not empty only while there is a runner.

@@ -86,20 +86,25 @@ TEST(RawPtr, ConvertsLikeAPointer)
 
 TEST(RawPtr, IsMadeAndCopiedByManyThreadsWhileTheObjectsDie)
 {
-    constexpr int threadCount = 4;
+    constexpr int threadCount = 2;
     for (int round = 0; round < 20; ++round)
     {
-        std::vector<std::unique_ptr<Derived>> objects(200); // many, so that first demands meet
+        std::vector<std::unique_ptr<Derived>> objects(200);
         std::ranges::generate(objects, &std::make_unique<Derived>);
         std::barrier together(threadCount + 1);
+        std::atomic<int> demands = 0;
         std::atomic<bool> areDead = false;
         std::vector<std::jthread> threads;
         for (int i = 0; i < threadCount; ++i)
             threads.emplace_back([&] {
-                together.arrive_and_wait();
                 std::vector<RawPtr<Derived>> pointers;
                 for (const auto& object : objects)
+                {
+                    const int all = threadCount * static_cast<int>(pointers.size() + 1);
+                    for (++demands; demands < all;) // so that the first demands of one object meet
+                        std::this_thread::yield();
                     pointers.emplace_back(object.get());
+                }
                 together.arrive_and_wait();
                 for (bool isLast = false; !isLast;) // from here on the objects die
                 {
@@ -111,7 +116,6 @@ TEST(RawPtr, IsMadeAndCopiedByManyThreadsWhileTheObjectsDie)
                     EXPECT_FALSE(isLast && std::ranges::count(converted, nullptr) < std::ssize(converted));
                 }
             });
-        together.arrive_and_wait();
         together.arrive_and_wait();
         objects.clear();
         areDead = true;
