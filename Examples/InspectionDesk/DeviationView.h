@@ -1,13 +1,12 @@
 #pragma once
-#include "InspectionDesk/Inspection.h"
+#include "InspectionDesk/IPlaneFitter.h"
 #include <QImage>
 #include <QWidget>
 #include <memory>
 
 namespace vek::Desk
 {
-/// Shows the points along the normal of their plane, coloured by deviation, with scale bar, legend and the
-/// two extremes. Main thread only.
+/// Shows the points along the normal of their plane, coloured by deviation, and a legend. Main thread only.
 class DeviationView : public QWidget
 {
 public:
@@ -20,14 +19,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    [[nodiscard]] QPointF _ToWidget(double x, double y) const;
-    void _DrawScale(QPainter& painter) const;
-    void _DrawLegend(QPainter& painter) const;
-    void _DrawExtreme(QPainter& painter, const FlatPoint& point) const;
+    void _DrawPoints();
 
     std::shared_ptr<const Inspection> m_inspection; ///< Null before the first one.
-    QRectF m_plot;                                  ///< Where the points are drawn.
-    double m_pixelsPerMillimetre = 1.0;
-    QImage m_image; ///< The points as drawn the last time.
+    double m_limit = 0.0;                           ///< The largest deviation to either side.
+    QImage m_image;                                 ///< The points as drawn the last time.
 };
 } // namespace vek::Desk

@@ -1,23 +1,30 @@
 #pragma once
 #include "InspectionDesk/IPointCloudReader.h"
+#include <utility>
 
 namespace vek::Desk
 {
-/// A plane with axes of its own. The axes and the normal are right-handed unit vectors.
-struct Plane
+/// A point cloud compared with its plane. Lengths in millimetres.
+struct Inspection
 {
-    Eigen::Vector3d centre; ///< Of the points it was fitted to.
-    Eigen::Vector3d normal; ///< The first of its z, y and x that is clearly not 0 is positive.
-    Eigen::Vector3d xAxis;  ///< The direction in the plane that is nearest to the x axis of space, or to y.
-    Eigen::Vector3d yAxis;
+    Eigen::Vector3d centre; ///< Of the points.
+    Eigen::Vector3d normal; ///< Of length 1. The first of its z, y and x that is clearly not 0 is positive.
+    Eigen::Matrix3Xd
+        flat; ///< A column a point, from the centre: x and y as seen along the normal, deviation.
+    Eigen::Vector3d lowest; ///< Of each row of flat; the deviation is positive on the side of the normal.
+    Eigen::Vector3d highest;
+    double standardDeviation;
+
+    /// Names and values for people.
+    [[nodiscard]] std::vector<std::pair<QString, QString>> GetFigures() const;
 };
 
 /// Fits planes. Any thread, once the application has started.
 class IPlaneFitter : public App::IService<IPlaneFitter>
 {
 public:
-    /// The plane with the least sum of squared distances.
+    /// Takes the plane with the least sum of squared distances.
     /// @throws Exception::AppException  the points do not span a plane.
-    [[nodiscard]] virtual Plane Fit(const PointCloud& points) const = 0;
+    [[nodiscard]] virtual Inspection Fit(const PointCloud& points) const = 0;
 };
 } // namespace vek::Desk

@@ -15,24 +15,19 @@ using PointCloud = std::vector<Eigen::Vector3d>;
 /// Told now and then which part of the work is done, 0 to 1. What it throws ends the work.
 using Progress = std::function<void(double part)>;
 
-/// A kind of file that point clouds are read from.
-struct PointCloudFormat
-{
-    QStringList extensions; ///< Lower case, without dot.
-    /// Reads the whole content of a file on a worker thread. The file's name is for messages: it throws
-    /// Exception::AppException where the content is not of the format.
-    std::function<PointCloud(std::string_view content, const QString& name, const Progress& progress)> read;
-};
+/// Reads the whole content of a file. Any thread. It throws Exception::AppException where the content is not
+/// of the format; the name of the file is added to the message.
+using ReadFormat = std::function<PointCloud(std::string_view content, const Progress& progress)>;
 
 /// Reads point clouds. A module adds a format by appending a callback to this interface's extension point:
 /// App::DeclarationSystem::GetInstance().Append<IPointCloudReader>([](IPointCloudReader& reader) {...});
-class IPointCloudReader : public App::IServiceExtensible<IPointCloudReader, PointCloudFormat>
+class IPointCloudReader : public App::IServiceExtensible<IPointCloudReader, ReadFormat>
 {
 public:
-    /// The first format of an extension wins. Main thread only, at start-up.
-    virtual void AddFormat(PointCloudFormat format) = 0;
+    /// Main thread only, at start-up.
+    /// @param extension  lower case, without dot.
+    virtual void AddFormat(const QString& extension, ReadFormat read) = 0;
 
-    /// Extensions of the files that can be read. Main thread only.
     [[nodiscard]] virtual QStringList GetExtensions() const = 0;
 
     /// Reads a file in the format that its extension tells. Any thread, once the application has started.

@@ -1,13 +1,16 @@
 #pragma once
+#include "VekAppCore/App/Exception.h"
 #include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <string_view>
 
 /// Taking lines and numbers from the front of a text. All in the header, so that plug-ins can use it too.
 namespace vek::Desk
 {
-inline constexpr std::string_view blanks = " \t\r";
+[[noreturn]] inline void FailReading(const QString& reason)
+{
+    throw Exception::AppException(TrString::NoTranslate(reason));
+}
 
 /// Without its line feed; a carriage return in front of it counts as a blank.
 inline std::string_view TakeLine(std::string_view& text)
@@ -19,11 +22,11 @@ inline std::string_view TakeLine(std::string_view& text)
 
 inline void SkipBlanks(std::string_view& text)
 {
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r"), text.size()));
 }
 
-/// A finite number, whatever the locale, with the blanks around it and a comma or semicolon behind it. False,
-/// and the text is unspecified, when there is none or something else adheres to it.
+/// A number, whatever the locale, with the blanks around it and a comma or semicolon behind it. False, and
+/// the text is unspecified, when there is none or something else adheres to it.
 inline bool TakeNumber(std::string_view& text, double& value)
 {
     SkipBlanks(text);
@@ -35,6 +38,6 @@ inline bool TakeNumber(std::string_view& text, double& value)
     SkipBlanks(text);
     if (text.starts_with(',') || text.starts_with(';'))
         text.remove_prefix(1);
-    return error == std::errc() && std::isfinite(value) && (text.empty() || text.size() < lengthBefore);
+    return error == std::errc() && (text.empty() || text.size() < lengthBefore);
 }
 } // namespace vek::Desk

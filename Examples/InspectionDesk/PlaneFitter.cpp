@@ -3,63 +3,71 @@
 #include "VekAppCore/App/RegisterService.h"
 #include <Eigen/Eigenvalues>
 #include <Eigen/Geometry>
+#include <QLocale>
 
 namespace vek::Desk
 {
 namespace
 {
+using namespace Qt::StringLiterals;
+
 // Below this, the second largest scatter is what rounding leaves of a straight line.
 constexpr double leastScatterRatio = 1e-13;
-// In square millimetres; beyond, the figures would not fit the numbers that they are drawn with.
-constexpr double leastScatter = 1e-30;
-constexpr double mostScatter = 1e60;
 
 /// A rule that noise does not turn around: one component at least is larger than 0.5.
 Eigen::Vector3d Orient(const Eigen::Vector3d& normal)
 {
     for (const double component : {normal.z(), normal.y(), normal.x()})
         if (std::abs(component) > 0.5)
-            return component < 0.0 ? Eigen::Vector3d(-normal) : normal;
+            return std::copysign(1.0, component) * normal;
     return normal;
 }
 
 class PlaneFitter final : public IPlaneFitter
 {
 public:
-    Plane Fit(const PointCloud& points) const override
+    Inspection Fit(const PointCloud& points) const override
     {
-        Plane plane;
-        plane.centre.setZero();
-        for (const Eigen::Vector3d& point : points)
-            plane.centre += point;
-        plane.centre /= static_cast<double>(points.size());
-
+        const auto count = static_cast<Eigen::Index>(points.size());
+        const Eigen::Map<const Eigen::Matrix3Xd> matrix(points.data()->data(), 3, count);
+        Inspection result{};
+        result.centre = matrix.rowwise().sum() / static_cast<double>(count);
         // Around the centre: far from the origin, squares of plain coordinates would swallow the form error.
-        Eigen::Matrix3d scatter = Eigen::Matrix3d::Zero();
-        for (const Eigen::Vector3d& point : points)
-        {
-            const Eigen::Vector3d offset = point - plane.centre;
-            scatter += offset * offset.transpose();
-        }
-        const Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> solver(scatter);
+        const Eigen::Matrix3Xd offsets = matrix.colwise() - result.centre;
+        const Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> solver(offsets * offsets.transpose());
         const double least = solver.eigenvalues()[1];
         const double most = solver.eigenvalues()[2];
         // Written so that NaN, which no points or an overflow lead to, is refused as well.
-        const bool isPlane = least > leastScatterRatio * most && most > leastScatter && most < mostScatter;
-        if (!isPlane || points.size() < 3)
+        if (!(least > leastScatterRatio * most))
             throw Exception::AppException(
                 TrString::translate("InspectionDesk", "The points do not span a plane (%1 points)")
                     .Arg(points.size()));
 
-        plane.normal = Orient(solver.eigenvectors().col(0));
-        const bool isAcrossX = std::abs(plane.normal.x()) > 0.9;
-        plane.yAxis =
-            plane.normal.cross(isAcrossX ? Eigen::Vector3d::UnitY() : Eigen::Vector3d::UnitX()).normalized();
-        plane.xAxis = plane.yAxis.cross(plane.normal);
-        return plane;
+        result.normal = Orient(solver.eigenvectors().col(0));
+        const bool isAcrossX = std::abs(result.normal.x()) > 0.9;
+        Eigen::Matrix3d axes;
+        axes.col(2) = result.normal;
+        axes.col(1) =
+            result.normal.cross(isAcrossX ? Eigen::Vector3d::UnitY() : Eigen::Vector3d::UnitX()).normalized();
+        axes.col(0) = axes.col(1).cross(axes.col(2));
+        result.flat = axes.transpose() * offsets;
+        result.lowest = result.flat.rowwise().minCoeff();
+        result.highest = result.flat.rowwise().maxCoeff();
+        result.standardDeviation = result.flat.row(2).norm() / std::sqrt(static_cast<double>(count));
+        return result;
     }
 };
 
 VEK_DECLARE_SERVICE(IPlaneFitter, PlaneFitter);
 } // namespace
+
+std::vector<std::pair<QString, QString>> Inspection::GetFigures() const
+{
+    const auto toText = [](double length) { return u"%1 mm"_s.arg(length, 0, 'f', 4); };
+    return {{u"Points"_s, QLocale(QLocale::English).toString(flat.cols())},
+            {u"Flatness"_s, toText(highest.z() - lowest.z())},
+            {u"Standard deviation"_s, toText(standardDeviation)},
+            {u"Highest deviation"_s, toText(highest.z())},
+            {u"Lowest deviation"_s, toText(lowest.z())}};
+}
 } // namespace vek::Desk

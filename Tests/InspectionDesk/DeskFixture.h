@@ -1,5 +1,5 @@
 #pragma once
-#include "InspectionDesk/Inspection.h"
+#include "InspectionDesk/IPlaneFitter.h"
 #include "Support/TestSupport.h"
 #include "VekAppCore/App/ApplicationFrame.h"
 #include "VekAppCore/App/Exception.h"
@@ -42,7 +42,6 @@ public:
 
     static IPointCloudReader& GetReader() { return App::Services().Require<IPointCloudReader>(); }
     static IPlaneFitter& GetFitter() { return App::Services().Require<IPlaneFitter>(); }
-    const QString& GetFolder() const { return m_folder.GetPath(); }
 
 private:
     ScopedTempFolder m_folder;
