@@ -22,6 +22,8 @@ VEKAPPCORE_EXPORT void LogCreationFailure(const std::string& service,
 /// Declares a service: the start of the application creates an Implementation and registers it under
 /// Interface, then calls its PostRegistration(), if it has one. Called by a static initialiser of the module
 /// that implements the service; VEK_DECLARE_SERVICE is the short form.
+/// From a static library the linker leaves out a source file that nothing refers to, and its declarations
+/// with it: make that an object library.
 /// @param options  may be null.
 /// @return 1.
 template <std::derived_from<App::IServiceBase> Interface, std::derived_from<Interface> Implementation>
