@@ -29,7 +29,8 @@ public:
     Inspection Fit(const PointCloud& points) const override
     {
         const auto count = static_cast<Eigen::Index>(points.size());
-        const Eigen::Map<const Eigen::Matrix3Xd> matrix(points.data()->data(), 3, count);
+        const Eigen::Map<const Eigen::Matrix3Xd> matrix(points.empty() ? nullptr : points[0].data(), 3,
+                                                        count);
         Inspection result{};
         result.centre = matrix.rowwise().sum() / static_cast<double>(count);
         // Around the centre: far from the origin, squares of plain coordinates would swallow the form error.
