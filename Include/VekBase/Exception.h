@@ -2,7 +2,9 @@
 #include "VekBase/Export.h"
 #include "VekBase/Memory.h"
 #include <exception>
+#include <memory>
 #include <source_location>
+#include <string>
 
 /// The root of the exception family, and the members that the base library itself throws.
 namespace vek::Exception
@@ -41,7 +43,13 @@ public:
     explicit CriticalException(const std::source_location& where = std::source_location::current()) noexcept
         : ExceptionBase(where)
     {}
+    /// @param message  why not, for developers; UTF-8.
+    explicit CriticalException(std::string message,
+                               const std::source_location& where = std::source_location::current());
     [[nodiscard]] const char* what() const noexcept override;
+
+private:
+    std::shared_ptr<const std::string> m_message; ///< Shared: copying an exception must not throw.
 };
 
 /// The user cancelled a computation, with the Escape key or otherwise.

@@ -1,10 +1,10 @@
 #pragma once
+#include "VekBase/Exception.h"
 #include "VekBase/Export.h"
 #include "VekBase/Memory.h"
 #include <QString>
 #include <functional>
 #include <memory>
-#include <stdexcept>
 #include <vector>
 
 class QLibrary;
@@ -20,10 +20,11 @@ public:
 };
 
 /// A module could not be loaded; the message names its file.
-class VEKBASE_EXPORT PluginException : public std::runtime_error
+class VEKBASE_EXPORT PluginException : public Exception::CriticalException
 {
 public:
-    PluginException(const QString& file, const QString& reason);
+    PluginException(const QString& file, const QString& reason,
+                    const std::source_location& where = std::source_location::current());
     ~PluginException() override;
 
     [[nodiscard]] const QString& GetFile() const noexcept { return m_file; }

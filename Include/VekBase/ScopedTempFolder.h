@@ -9,7 +9,7 @@ namespace vek
 class VEKBASE_EXPORT ScopedTempFolder
 {
 public:
-    /// @throws std::runtime_error  the folder cannot be created; the message names it.
+    /// @throws Exception::CriticalException  the folder cannot be created; the message names it.
     ScopedTempFolder();
     ScopedTempFolder(const ScopedTempFolder&) = delete;
     ScopedTempFolder& operator=(const ScopedTempFolder&) = delete;

@@ -42,9 +42,11 @@ struct Report
 /// @param context  shown for an exception that has no message for the user.
 Report ClassifyCurrentException(const TrString& context)
 {
-    const Report general{EExceptionType::GeneralError, context, GeneralText().ToString()};
+    const auto reportGeneral = [&context]() -> Report {
+        return {EExceptionType::GeneralError, context, GeneralText().ToString()};
+    };
     if (!std::current_exception())
-        return general;
+        return reportGeneral();
     try
     {
         throw;
@@ -68,7 +70,7 @@ Report ClassifyCurrentException(const TrString& context)
     }
     catch (...)
     {
-        return general;
+        return reportGeneral();
     }
 }
 

@@ -21,6 +21,11 @@ void VekQApplication::AddTopLevelEventFilter(RawPtr<QObject> filter)
     m_topLevelEventFilters.push_back(std::move(filter));
 }
 
+void VekQApplication::CleanUpEventFilters()
+{
+    std::erase_if(m_topLevelEventFilters, [](const RawPtr<QObject>& filter) { return !filter; });
+}
+
 bool VekQApplication::eventFilter(QObject* watched, QEvent* event)
 {
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
@@ -41,20 +46,12 @@ bool VekQApplication::eventFilter(QObject* watched, QEvent* event)
 bool VekQApplication::_OfferToTopLevelFilters(QObject* watched, QEvent* event)
 {
     const QPointer<QWidget> widget = qobject_cast<QWidget*>(watched);
-    // By index: a filter may add others.
-    for (std::size_t i = 0; i < m_topLevelEventFilters.size(); ++i)
-    {
-        const RawPtr<QObject> filter = m_topLevelEventFilters[i];
+    // A copy: a filter may add others, or run an event loop in which dead ones are removed.
+    for (const RawPtr<QObject>& filter : std::vector(m_topLevelEventFilters))
         if (filter && widget && widget->isWindow() && filter->eventFilter(widget, event))
             return true;
-    }
-    _CleanUpEventFilters();
+    CleanUpEventFilters();
     return false;
-}
-
-void VekQApplication::_CleanUpEventFilters()
-{
-    std::erase_if(m_topLevelEventFilters, [](const RawPtr<QObject>& filter) { return !filter; });
 }
 
 bool VekQApplication::notify(QObject* receiver, QEvent* event)

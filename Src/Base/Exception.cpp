@@ -1,6 +1,7 @@
 #include "VekBase/Exception.h"
 #include <atomic>
 #include <cstdio>
+#include <utility>
 
 namespace vek::Exception
 {
@@ -35,7 +36,14 @@ ExceptionBase::~ExceptionBase() = default;
 
 const char* NullptrException::what() const noexcept { return "Null pointer"; }
 
-const char* CriticalException::what() const noexcept { return "The operation cannot continue"; }
+CriticalException::CriticalException(std::string message, const std::source_location& where)
+    : ExceptionBase(where), m_message(std::make_shared<const std::string>(std::move(message)))
+{}
+
+const char* CriticalException::what() const noexcept
+{
+    return m_message ? m_message->c_str() : "The operation cannot continue";
+}
 
 const char* E_Escape::what() const noexcept { return "Canceled"; }
 

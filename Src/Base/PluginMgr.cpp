@@ -33,9 +33,10 @@ IPlugin::~IPlugin() = default;
 IInitExtension::~IInitExtension() = default;
 PluginException::~PluginException() = default;
 
-PluginException::PluginException(const QString& file, const QString& reason)
-    : std::runtime_error(
-          QStringLiteral("Impossible to load the plug-in \"%1\": %2").arg(file, reason).toStdString()),
+PluginException::PluginException(const QString& file, const QString& reason,
+                                 const std::source_location& where)
+    : CriticalException(
+          QStringLiteral("Impossible to load the plug-in \"%1\": %2").arg(file, reason).toStdString(), where),
       m_file(file)
 {}
 

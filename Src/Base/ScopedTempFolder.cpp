@@ -1,9 +1,9 @@
 #include "VekBase/ScopedTempFolder.h"
+#include "VekBase/Exception.h"
 #include <QDir>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <mutex>
-#include <stdexcept>
 #include <vector>
 
 namespace vek
@@ -18,8 +18,9 @@ ScopedTempFolder::ScopedTempFolder()
 {
     QTemporaryDir folder;
     if (!folder.isValid())
-        throw std::runtime_error("Impossible to create the temporary folder " + folder.path().toStdString() +
-                                 ": " + folder.errorString().toStdString());
+        throw Exception::CriticalException("Impossible to create the temporary folder " +
+                                           folder.path().toStdString() + ": " +
+                                           folder.errorString().toStdString());
     m_path = folder.path();
     const std::lock_guard lock(g_mutex);
     g_living.push_back(m_path);

@@ -23,6 +23,29 @@ std::atomic<unsigned> g_handOver{0};
 // waits while another runs new work, because the reset of a task group's context is not thread-safe.
 struct StandaloneTaskGroup::Impl
 {
+    /// A task of the pool. The pool drops it unrun where a function has cancelled the group's context.
+    class Runner
+    {
+    public:
+        explicit Runner(Impl& impl) : m_impl(&impl) {}
+        Runner(Runner&& other) noexcept : m_impl(std::exchange(other.m_impl, nullptr)) {}
+        ~Runner()
+        {
+            if (!m_impl)
+                return;
+            const std::lock_guard lock(m_impl->mutex);
+            --m_impl->runners;
+        }
+        void operator()() const
+        {
+            g_handOver.load(std::memory_order_acquire);
+            std::exchange(m_impl, nullptr)->RunSome();
+        }
+
+    private:
+        mutable Impl* m_impl; ///< Null once it has run: it then counts itself out.
+    };
+
     void Add(std::function<void()> function)
     {
         {
@@ -39,10 +62,7 @@ struct StandaloneTaskGroup::Impl
     // core, and entering the arena to spawn blocks while all of its slots are taken.
     void StartRunner()
     {
-        auto task = group.defer([this] {
-            g_handOver.load(std::memory_order_acquire);
-            RunSome();
-        });
+        auto task = group.defer(Runner(*this));
         g_handOver.fetch_add(1, std::memory_order_release);
         arena.enqueue(std::move(task));
     }
@@ -96,10 +116,11 @@ struct StandaloneTaskGroup::Impl
     tbb::task_arena arena;
     /// Two even on one core: a thread in Wait helps, and a function may wait for another.
     const int maximumRunners = std::max(2, arena.max_concurrency());
-    std::mutex waitMutex;                        ///< Held by the thread that waits for the group.
-    std::mutex mutex;                            ///< Guards what follows.
-    std::deque<std::function<void()>> functions; ///< Not empty only while there is a runner.
-    int runners = 0;                             ///< Enqueued or at work.
+    std::mutex waitMutex; ///< Held by the thread that waits for the group.
+    std::mutex mutex;     ///< Guards what follows.
+    std::deque<std::function<void()>>
+        functions;                ///< Not empty only while there is a runner or a cancellation.
+    int runners = 0;              ///< Enqueued or at work.
     bool isCanceled = false;      ///< What starts now is not run; until the exception has left Wait.
     std::exception_ptr exception; ///< The first one since the last Wait.
 };
@@ -126,7 +147,10 @@ ETaskGroupStatus StandaloneTaskGroup::Wait()
     // to a worker, and reset the context beside the first one.
     const std::lock_guard waiting(m_impl->waitMutex);
     const tbb::task_group_status status = m_impl->arena.execute([this] { return m_impl->group.wait(); });
+    std::deque<std::function<void()>> dropped; // dies after the lock has been left
     std::unique_lock lock(m_impl->mutex);
+    if (status == tbb::canceled)
+        dropped.swap(m_impl->functions);
     if (const std::exception_ptr exception = std::exchange(m_impl->exception, nullptr))
     {
         m_impl->isCanceled = false;

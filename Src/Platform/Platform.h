@@ -11,7 +11,7 @@ namespace vek::Platform
 /// The arguments the process was started with, UTF-8, the program's own name first.
 std::vector<std::string> GetArguments();
 
-/// The running program's file, absolute, links resolved; empty where the system does not tell.
+/// The running program's file, absolute; empty where the system does not tell. Unix resolves links.
 std::filesystem::path GetExecutableFile();
 
 /// The system's id of the calling thread, never 0.
@@ -28,6 +28,6 @@ std::string GetReadableTypeName(const char* name);
 unsigned DisableFloatingPointTraps();
 void RestoreFloatingPointTraps(unsigned traps);
 
-/// The folder that all users of this computer share; empty where there is none.
+/// The folder that all users of this computer share, with slashes; empty where there is none.
 QString GetPublicFolder();
 } // namespace vek::Platform

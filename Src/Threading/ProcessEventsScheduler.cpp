@@ -19,7 +19,7 @@ bool ProcessEventsScheduler::ProcessPendingEvents(bool force)
     if (!force)
     {
         const auto now = std::chrono::steady_clock::now();
-        if (now <= m_last + m_interval)
+        if (now - m_interval <= m_last)
             return false;
         m_last = now;
     }

@@ -2,174 +2,80 @@
 #include "Support/TestSupport.h"
 #include "VekAppCore/App/Exception.h"
 #include "VekAppCore/App/SafeCallable.h"
-#include <QEvent>
-#include <QObject>
 #include <gmock/gmock.h>
-#include <optional>
 #include <stdexcept>
 
 namespace vek::App
 {
-namespace
-{
-const QString interruption = QStringLiteral("ERROR ! an exception has interrupted the treatment.");
+using Log::Verbosity;
+using TestSupport::LogLine;
 
-struct ReportCase
+/// The line that a notification writes.
+static LogLine Notified(Verbosity verbosity, const QString& text, const QString& source = {})
 {
-    const char* fault;
-    std::function<void()> raise; ///< Nothing is in flight without.
-    const char* context;
-    EExceptionType type;
-    Log::Verbosity verbosity;
-    QString shown;
-    const char* logged; ///< In front of the source; null when nothing is logged.
-};
-void PrintTo(const ReportCase& row, std::ostream* out) { *out << row.fault; }
-class HandleAppExceptionOf : public testing::TestWithParam<ReportCase>
-{};
-
-/// The error lines without the notification's own.
-std::vector<std::string> GetErrorLines(const TestSupport::LogRecorder& log)
-{
-    std::vector<std::string> lines;
-    for (const TestSupport::LogLine& line : log.GetLines())
-        if (!line.message.startsWith(QLatin1String("Notifier: ")))
-        {
-            EXPECT_EQ(line.verbosity, Log::Verbosity::Error);
-            lines.push_back(line.message.toStdString());
-        }
-    return lines;
+    return {verbosity, "Notifier: " + text + " (from: " + source + ") "};
 }
-} // namespace
+const LogLine interruption =
+    Notified(Verbosity::Error, "ERROR ! an exception has interrupted the treatment.");
+const QString cancellation = "ESC: the computation is canceled.";
 
-TEST_P(HandleAppExceptionOf, NotifiesAndLogs)
+TEST(HandleAppException, NotifiesThenLogsByTheKindOfException)
 {
-    const TestSupport::LogRecorder log;
-    const TestSupport::NotificationRecorder notifications;
-    const auto where = std::source_location::current();
-    const TrString context = TrString::NoTranslate(QString::fromUtf8(GetParam().context));
-    EExceptionType type{};
-    if (GetParam().raise)
+    using namespace Exception;
+    const auto of = [](const auto& exception) { return std::make_exception_ptr(exception); };
+    using Row = std::tuple<const char*, std::exception_ptr, const char*, int, LogLine, QString>;
+    for (const auto& [fault, exception, context, expectedType, notified, logged] :
+         {Row{"cancellation logged", of(E_Escape()), "ctx", 1, Notified(Verbosity::Warning, cancellation),
+              ""},
+          Row{"want of memory taken for a critical exception", of(E_NotEnoughMemory()), "ctx", 3,
+              Notified(Verbosity::Warning, "Not enough memory."), "NOT ENOUGH MEMORY! ctx"},
+          Row{"own message not shown", of(WrongTypeException("Wrong %2")), "ctx", 2,
+              Notified(Verbosity::Error, "Wrong %2"), "Wrong %2 ctx"},
+          Row{"context shown for a message", of(AppException(TrString())), "ctx", 2, interruption, " ctx"},
+          Row{"context not shown", of(std::runtime_error("what ü")), "ctx", 2,
+              Notified(Verbosity::Error, "ctx"), "what ü ctx"},
+          Row{"number taken for an exception", of(7), "", 4, interruption,
+              "A general exception has been caught. "},
+          Row{"program ended outside a catch block", nullptr, "ctx", 4, Notified(Verbosity::Error, "ctx"),
+              "A general exception has been caught. ctx"}})
+    {
+        SCOPED_TRACE(fault);
+        const TestSupport::LogRecorder log;
+        const auto where = std::source_location::current();
+        EExceptionType type{};
+        const auto report = [&, text = TrString::NoTranslate(context)] {
+            type = HandleAppException(text, where);
+        };
         try
         {
-            GetParam().raise();
+            exception ? std::rethrow_exception(exception) : report();
         }
         catch (...)
         {
-            type = HandleAppException(context, where);
+            report();
         }
-    else
-        type = HandleAppException(context, where);
-
-    EXPECT_EQ(type, GetParam().type);
-    ASSERT_EQ(notifications.messages.size(), 1U);
-    EXPECT_EQ(notifications.messages[0].text.ToString(), GetParam().shown);
-    EXPECT_EQ(notifications.messages[0].verbosity, GetParam().verbosity);
-    EXPECT_TRUE(notifications.messages[0].source.IsEmpty());
-    EXPECT_TRUE(notifications.messages[0].details.isEmpty());
-    if (GetParam().logged)
-        EXPECT_THAT(GetErrorLines(log), testing::ElementsAre(std::string(GetParam().logged) +
-                                                             " (source: " + where.function_name() + ")"));
-    else
-        EXPECT_THAT(GetErrorLines(log), testing::IsEmpty());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, HandleAppExceptionOf,
-    testing::Values(
-        ReportCase{"cancellation logged", [] { throw Exception::E_Escape(); }, "ctx",
-                   EExceptionType::Cancellation, Log::Verbosity::Warning,
-                   QStringLiteral("ESC: the computation is canceled."), nullptr},
-        ReportCase{"want of memory taken for a critical exception",
-                   [] { throw Exception::E_NotEnoughMemory(); }, "ctx", EExceptionType::NotEnoughMemory,
-                   Log::Verbosity::Warning, QStringLiteral("Not enough memory."), "NOT ENOUGH MEMORY! ctx"},
-        ReportCase{"own message not shown",
-                   [] { throw Exception::WrongTypeException(QStringLiteral("Wrong type %2")); }, "ctx",
-                   EExceptionType::Error, Log::Verbosity::Error, QStringLiteral("Wrong type %2"),
-                   "Wrong type %2 ctx"},
-        ReportCase{"context shown for an exception without message",
-                   [] { throw Exception::AppException(TrString()); }, "ctx", EExceptionType::Error,
-                   Log::Verbosity::Error, interruption, " ctx"},
-        ReportCase{"context not shown for a foreign exception", [] { throw std::runtime_error("what ü"); },
-                   "ctx", EExceptionType::Error, Log::Verbosity::Error, QStringLiteral("ctx"), "what ü ctx"},
-        ReportCase{"nothing shown without context", [] { throw Exception::CriticalException(); }, "",
-                   EExceptionType::Error, Log::Verbosity::Error, interruption,
-                   "The operation cannot continue "},
-        ReportCase{"number taken for a standard exception", [] { throw 7; }, "", EExceptionType::GeneralError,
-                   Log::Verbosity::Error, interruption, "A general exception has been caught. "},
-        ReportCase{"end of the program outside a catch block",
-                   {},
-                   "ctx",
-                   EExceptionType::GeneralError,
-                   Log::Verbosity::Error,
-                   QStringLiteral("ctx"),
-                   "A general exception has been caught. ctx"}));
-
-TEST(DisplayExceptionMessage, ShowsNothingForOtherTypes)
-{
-    const TestSupport::NotificationRecorder notifications;
-    const TestSupport::LogRecorder log;
-    const TrString source = TrString::NoTranslate(QStringLiteral("me"));
-    for (const int type : {-1, 0, 5})
-        DisplayExceptionMessage(static_cast<EExceptionType>(type), source, source);
-    EXPECT_TRUE(notifications.messages.empty());
-    for (const int type : {1, 2, 3, 4})
-        DisplayExceptionMessage(static_cast<EExceptionType>(type), TrString(), source);
-    ASSERT_EQ(notifications.messages.size(), 4U);
-    EXPECT_EQ(notifications.messages[3].text.ToString(), interruption);
-    for (const NotifierMessage& message : notifications.messages)
-        EXPECT_EQ(message.source, source);
-}
-
-TEST(HandleEventException, DescribesTheEventInTheLogAndNeverToTheUser)
-{
-    const TestSupport::LogRecorder log;
-    const TestSupport::NotificationRecorder notifications;
-    QObject receiver;
-    receiver.setObjectName(QStringLiteral("probe"));
-    QEvent event(QEvent::FontChange);
-    try
-    {
-        throw std::runtime_error("broken");
+        EXPECT_EQ(static_cast<int>(type), expectedType);
+        std::vector<LogLine> expected{notified};
+        if (!logged.isEmpty())
+            expected.push_back({Verbosity::Error, logged + " (source: " + where.function_name() + ')'});
+        EXPECT_EQ(log.GetLines(), expected);
     }
-    catch (...)
-    {
-        HandleEventException(&receiver, &event);
-    }
-    ASSERT_EQ(notifications.messages.size(), 1U);
-    EXPECT_EQ(notifications.messages[0].text.ToString(), interruption);
-    EXPECT_THAT(GetErrorLines(log),
-                testing::ElementsAre(
-                    testing::AllOf(testing::StartsWith("broken During event: QEvent(FontChange"),
-                                   testing::HasSubstr("on object: QObject("), testing::HasSubstr("probe"))));
 }
 
 TEST(HandleAppException, ReportsTheRestWhenTheNotifierCallbackThrows)
 {
     const TestSupport::LogRecorder log;
-    auto before = SetNotifierCallback([](const NotifierMessage&) { throw std::runtime_error("again"); });
-    testing::internal::CaptureStderr();
-    try
-    {
-        throw std::runtime_error("first");
-    }
-    catch (...)
-    {
-        EXPECT_EQ(HandleAppException(TrString()), EExceptionType::Error);
-    }
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("while another one was reported"));
-    EXPECT_THAT(GetErrorLines(log), testing::ElementsAre(testing::StartsWith("first")));
-    SetNotifierCallback(std::move(before));
+    SetNotifierCallback([](const NotifierMessage&) { throw std::runtime_error("again"); });
+    SafeCallable([](int value) { throw std::out_of_range(std::to_string(value)); })(7);
+    SetNotifierCallback({});
+    EXPECT_THAT(log.GetLines().at(0).message.toStdString(), testing::MatchesRegex("7  .*_ReportsTheRest.*"));
 }
 
-TEST(SafeCallable, ReportsWhatItsCallableThrowsWithThePlaceOfTheWrapping)
+TEST(DisplayExceptionMessage, ShowsNothingForOtherTypes)
 {
     const TestSupport::LogRecorder log;
-    const TestSupport::NotificationRecorder notifications;
-    SafeCallable callable([](int value) { throw std::out_of_range(std::to_string(value)); });
-    callable(7);
-    EXPECT_THAT(GetErrorLines(log),
-                testing::ElementsAre(
-                    testing::AllOf(testing::StartsWith("7 "), testing::HasSubstr("SafeCallable_Reports"))));
+    for (const int type : {0, 1, 5})
+        DisplayExceptionMessage(static_cast<EExceptionType>(type), TrString(), TrString::NoTranslate("me"));
+    EXPECT_THAT(log.GetLines(), testing::ElementsAre(Notified(Verbosity::Warning, cancellation, "me")));
 }
 } // namespace vek::App

@@ -1,53 +1,31 @@
 #include "VekBase/CommandLine.h"
+#include <QString>
 #include <gtest/gtest.h>
 
 namespace vek
 {
-namespace
+TEST(CommandLine, ArgumentIsFoundByItsName)
 {
-struct ArgumentCase
-{
-    const char* fault;
-    std::vector<std::string> arguments;
-    std::string name;
-    std::wstring wideName;
-    bool isPresent;
-    std::optional<std::string> value;
-    std::optional<std::wstring> wideValue;
-};
-void PrintTo(const ArgumentCase& row, std::ostream* out) { *out << row.fault; }
-class CommandLineArgument : public testing::TestWithParam<ArgumentCase>
-{};
+    const auto find = [](std::vector<std::string> arguments, const std::string& name = "--a") {
+        SetCmdLineArgs(std::move(arguments));
+        const std::wstring wide = QString::fromStdString(name).toStdWString();
+        const std::string value = GetCmdLineArgValue(name).value_or("none");
+        const std::wstring wideValue = GetCmdLineArgValue(wide).value_or(L"none");
+        EXPECT_EQ(QString::fromStdWString(wideValue).toStdString(), value);
+        EXPECT_EQ(IsCmdLineArgPresent(wide), IsCmdLineArgPresent(name));
+        return (IsCmdLineArgPresent(name) ? "present, " : "absent, ") + value;
+    };
+    EXPECT_EQ(find({"--ab", "--abc=1"}), "absent, none") << "prefix taken for the name";
+    EXPECT_EQ(find({"--A=1"}), "absent, none") << "case ignored";
+    EXPECT_EQ(find({"x", "--a"}), "present, none") << "value invented for the last";
+    EXPECT_EQ(find({"--a", "1", "--a", "2"}), "present, 1") << "value behind the name missed";
+    EXPECT_EQ(find({"--a=b=c"}), "present, b=c") << "value cut at its equals sign";
+    EXPECT_EQ(find({"--a=", "--a=1"}), "present, ") << "empty value taken for none";
+    EXPECT_EQ(find({"--größe=µm"}, "--größe"), "present, µm") << "text taken for Latin-1";
 
-TEST_P(CommandLineArgument, IsFoundByItsName)
-{
-    const ArgumentCase& row = GetParam();
-    SetCmdLineArgs(row.arguments);
-    EXPECT_EQ(IsCmdLineArgPresent(row.name), row.isPresent);
-    EXPECT_EQ(IsCmdLineArgPresent(row.wideName), row.isPresent);
-    EXPECT_EQ(GetCmdLineArgValue(row.name), row.value);
-    EXPECT_EQ(GetCmdLineArgValue(row.wideName), row.wideValue);
     SetCmdLineArgs(std::nullopt);
-}
-constexpr std::nullopt_t none = std::nullopt;
-INSTANTIATE_TEST_SUITE_P(
-    Rows, CommandLineArgument,
-    testing::Values(
-        ArgumentCase{"found without arguments", {}, "--a", L"--a", false, none, none},
-        ArgumentCase{"prefix taken for the name", {"--ab", "--abc=1"}, "--a", L"--a", false, none, none},
-        ArgumentCase{"case ignored", {"--A=1"}, "--a", L"--a", false, none, none},
-        ArgumentCase{"value invented for the last", {"x", "--a"}, "--a", L"--a", true, none, none},
-        ArgumentCase{
-            "value behind the name missed", {"--a", "1", "--a", "2"}, "--a", L"--a", true, "1", L"1"},
-        ArgumentCase{"value cut at its equals sign", {"--a=b=c"}, "--a", L"--a", true, "b=c", L"b=c"},
-        ArgumentCase{"empty value taken for none", {"--a=", "--a=1"}, "--a", L"--a", true, "", L""},
-        ArgumentCase{"text taken for Latin-1", {"--größe=µm"}, "--größe", L"--größe", true, "µm", L"µm"}));
-
-TEST(CommandLine, HoldsTheProcessesOwnArgumentsWithoutTheProgramsName)
-{
     const std::vector<std::string> own = testing::internal::GetArgvs();
-    for (std::size_t i = 0; i < own.size(); ++i)
+    for (std::size_t i = 0; i < own.size(); ++i) // the program's name is none of the arguments
         EXPECT_EQ(IsCmdLineArgPresent(own[i]), i > 0) << own[i];
 }
-} // namespace
 } // namespace vek

@@ -4,31 +4,19 @@
 
 namespace vek::Debug
 {
-namespace
+TEST(FeatureToggle, IsOverruledByTheArgumentsAndFoundWhileItLives)
 {
-TEST(FeatureToggle, IsOverruledByTheArguments)
-{
-    const auto isOn = [](const char* argument, bool isOnAtStart) {
-        SetCmdLineArgs({{argument}});
-        const bool result = FeatureToggle("Mesh", isOnAtStart).IsOn();
-        SetCmdLineArgs(std::nullopt);
-        return result;
-    };
-    EXPECT_TRUE(isOn("", true));
-    EXPECT_TRUE(isOn("--FeatureOn=Mesh", false));
-    EXPECT_FALSE(isOn("--FeatureOff=Mesh", true));
-    EXPECT_FALSE(isOn("--FeatureOn=Mesh2", false)); // another one
-}
-
-TEST(FeatureToggle, IsFoundByNameWhileItLives)
-{
+    SetCmdLineArgs({{"--FeatureOn=Mesh", "--FeatureOff=Cloud"}});
     {
-        FeatureToggle first("Twice");
-        FeatureToggle second("Twice");
-        EXPECT_EQ(FeatureToggle::Find("Twice"), &first);
-        EXPECT_EQ(FeatureToggle::GetAll().back(), &second);
+        const FeatureToggle off("Cloud", true);
+        const FeatureToggle again("Cloud");
+        EXPECT_FALSE(off.IsOn());
+        EXPECT_TRUE(FeatureToggle("Mesh").IsOn());
+        EXPECT_TRUE(FeatureToggle("Cloud2", true).IsOn()); // another one
+        EXPECT_EQ(FeatureToggle::Find("Cloud"), &off);
+        EXPECT_EQ(FeatureToggle::GetAll().back(), &again);
     }
-    EXPECT_EQ(FeatureToggle::Find("Twice"), nullptr);
+    EXPECT_EQ(FeatureToggle::Find("Cloud"), nullptr);
+    SetCmdLineArgs(std::nullopt);
 }
-} // namespace
 } // namespace vek::Debug

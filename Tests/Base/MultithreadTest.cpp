@@ -2,20 +2,20 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-namespace vek
+namespace vek::Multithread
 {
-namespace
+static const bool g_wasMainThreadBeforeMain = IsInMainThread(); // the first SetMainThread is in main
+
+TEST(Multithread, OnlyTheThreadThatSaidSoLastIsTheMainThread)
 {
-TEST(Multithread, OnlyOneThreadIsTheMainThread)
-{
-    EXPECT_TRUE(Multithread::IsInMainThread()); // the test program has made it so
-    std::jthread([] { EXPECT_FALSE(Multithread::IsInMainThread()); }).join();
+    EXPECT_FALSE(g_wasMainThreadBeforeMain);
+    EXPECT_TRUE(IsInMainThread());
     std::jthread([] {
-        Multithread::SetMainThread();
-        EXPECT_TRUE(Multithread::IsInMainThread());
+        EXPECT_FALSE(IsInMainThread());
+        SetMainThread();
+        EXPECT_TRUE(IsInMainThread());
     }).join();
-    EXPECT_FALSE(Multithread::IsInMainThread());
-    Multithread::SetMainThread();
+    EXPECT_FALSE(IsInMainThread());
+    SetMainThread();
 }
-} // namespace
-} // namespace vek
+} // namespace vek::Multithread

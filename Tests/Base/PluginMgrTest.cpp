@@ -4,173 +4,94 @@
 #include <QFile>
 #include <QFileInfo>
 #include <gmock/gmock.h>
-#include <mutex>
-#include <optional>
 
 namespace vek::IO
 {
-namespace
-{
 using testing::ElementsAre;
 
-const QString folder = QStringLiteral(VEK_PLUGIN_FOLDER "/");
-const QString suffix = QStringLiteral(VEK_PLUGIN_SUFFIX);
+static const QString folder = QStringLiteral(VEK_PLUGIN_FOLDER "/");
+static const QString suffix = QStringLiteral(VEK_PLUGIN_SUFFIX);
+static std::vector<std::string> g_trace;
+static std::function<void(const std::string& name)> g_onApply;
 
-std::vector<std::string> g_trace;
-std::function<void(PluginOwner&)> g_onApply;
-
-std::string GetName(const PluginOwner& owner) { return QFileInfo(owner.GetFile()).baseName().toStdString(); }
-
-/// Leaves its priority in the trace; the first one to be applied connects the plug-in to the trace.
-class TracedInitExtension : public IInitExtension
+static std::string GetName(const PluginOwner* owner)
 {
-public:
-    explicit TracedInitExtension(int priority) : m_priority(priority) {}
-    int GetPriority() const override { return m_priority; }
+    return QFileInfo(owner->GetFile()).baseName().toStdString();
+}
+
+/// Leaves its priority in the trace.
+struct TracedInitExtension : IInitExtension
+{
+    explicit TracedInitExtension(int value) : priority(value) {}
+    int GetPriority() const override { return priority; }
     int Apply(PluginOwner& owner) override
     {
-        dynamic_cast<TestSupport::TracedPlugin&>(owner.GetPlugin()).SetTrace(&g_trace);
-        g_trace.push_back(GetName(owner) + ' ' + std::to_string(m_priority));
-        if (m_priority == 20 && g_onApply)
-            g_onApply(owner);
-        return m_priority; // "none of its kind": must not keep the others from being applied
+        dynamic_cast<TracedPlugin&>(owner.GetPlugin()).SetTrace(&g_trace);
+        g_trace.push_back(GetName(&owner) + ' ' + std::to_string(priority));
+        if (priority == 20 && g_onApply)
+            g_onApply(GetName(&owner));
+        return priority; // "none of its kind": must not keep the others from being applied
     }
-
-private:
-    int m_priority;
+    int priority;
 };
 
-class PluginMgrUse : public testing::Test
+[[maybe_unused]] static const int g_extensionCount = [] {
+    for (const int priority : {30, 10, 20})
+        PluginMgr::GetInstance().AddInitExtension(
+            [=] { return std::make_unique<TracedInitExtension>(priority); });
+    return PluginMgr::GetInstance().AddInitExtension([] { return nullptr; });
+}();
+
+static PluginOwner* Load(const QString& name)
 {
-protected:
-    static void AddExtensions()
-    {
-        for (const int priority : {30, 10, 20})
-            PluginMgr::GetInstance().AddInitExtension(
-                [priority] { return std::make_unique<TracedInitExtension>(priority); });
-        PluginMgr::GetInstance().AddInitExtension([] { return nullptr; });
-    }
-    PluginMgrUse()
-    {
-        static std::once_flag added; // nothing takes them out again
-        std::call_once(added, AddExtensions);
-        g_trace.clear();
-        g_onApply = nullptr;
-    }
-    ~PluginMgrUse() override { manager.UnloadAll(); }
+    return &PluginMgr::GetInstance().Load(folder + name + suffix);
+}
 
-    static PluginOwner& Load(const char* name)
-    {
-        return PluginMgr::GetInstance().Load(folder + name + suffix);
-    }
-    std::vector<std::string> GetLoaded() const
-    {
-        std::vector<std::string> names;
-        for (const PluginOwner* owner : manager.GetPlugins())
-            names.push_back(GetName(*owner));
-        return names;
-    }
-
+TEST(PluginMgr, AppliesExtensionsByPriorityAndUnloadsInReverseOrder)
+{
     PluginMgr& manager = PluginMgr::GetInstance();
-};
-
-TEST_F(PluginMgrUse, AppliesExtensionsByPriorityAndUnloadsInReverseOrder)
-{
-    Load("Second");
-    Load("First");
-    EXPECT_THAT(g_trace,
-                ElementsAre("Second 10", "Second 20", "Second 30", "First 10", "First 20", "First 30"));
     g_trace.clear();
+    g_onApply = [](const std::string& name) {
+        if (name == "Second")
+            Load("First"); // comes behind its loader
+        Load("Second");    // not once more
+    };
+    PluginOwner* const second = Load("Second");
+    EXPECT_THAT(g_trace,
+                ElementsAre("Second 10", "Second 20", "First 10", "First 20", "First 30", "Second 30"));
+    g_trace.clear();
+    const ScopedTempFolder links;
+    ASSERT_TRUE(QFile::link(folder + "Second" + suffix, links.GetPath() + "/Link" + suffix));
+    EXPECT_EQ(&manager.Load(links.GetPath() + "/Link" + suffix), second);
+    EXPECT_EQ(&manager.Load(QDir::current().relativeFilePath(second->GetFile())), second);
     manager.UnloadAll();
     EXPECT_THAT(g_trace, ElementsAre("First deleted", "First unloaded", "Second deleted", "Second unloaded"));
-    EXPECT_THAT(GetLoaded(), ElementsAre());
+    EXPECT_THAT(manager.GetPlugins(), ElementsAre());
 }
 
-TEST_F(PluginMgrUse, LoadsAModuleOnceWhateverItIsCalled)
+TEST(PluginMgr, OneThatFailsIsNamedWithItsReasonAndTheOthersLoad)
 {
-    PluginOwner& owner = Load("First");
-    const ScopedTempFolder links;
-    const QString link = links.GetPath() + "/Link" + suffix;
-    ASSERT_TRUE(QFile::link(folder + "First" + suffix, link));
-    for (const QString& file : {folder + "../" + QDir(folder).dirName() + "/First" + suffix, link,
-                                QDir::current().relativeFilePath(folder + "First" + suffix)})
-        EXPECT_EQ(&manager.Load(file), &owner) << file.toStdString();
-    EXPECT_THAT(GetLoaded(), ElementsAre("First"));
-}
-
-TEST_F(PluginMgrUse, ModuleLoadedByAnExtensionIsUnloadedBeforeItsLoader)
-{
-    g_onApply = [](PluginOwner& owner) {
-        if (GetName(owner) == "First")
-            Load("Second");
-        EXPECT_EQ(&Load("First"), PluginMgr::GetInstance().GetPlugins().front()); // not once more
+    PluginMgr& manager = PluginMgr::GetInstance();
+    g_onApply = [](const std::string& name) {
+        if (name == "First")
+            throw std::runtime_error("refused");
     };
-    Load("First");
-    EXPECT_THAT(GetLoaded(), ElementsAre("First", "Second"));
-    g_trace.clear();
-    manager.UnloadAll();
-    EXPECT_THAT(g_trace, ElementsAre("Second deleted", "Second unloaded", "First deleted", "First unloaded"));
-}
-
-TEST_F(PluginMgrUse, ExtensionThatThrowsRejectsOnlyItsPlugin)
-{
-    g_onApply = [](PluginOwner& owner) {
-        if (GetName(owner) == "First")
-            throw std::runtime_error("no licence");
-    };
-    const std::vector<PluginException> failures = manager.LoadFolder(folder);
-    EXPECT_TRUE(std::ranges::any_of(failures, [](const PluginException& failure) {
-        return std::string(failure.what()).ends_with("First" + suffix.toStdString() + "\": no licence");
-    }));
-    EXPECT_THAT(GetLoaded(), ElementsAre("Second"));
+    std::string failures;
+    for (const PluginException& failure : manager.LoadFolder(folder))
+        failures += failure.what() + std::string("\n");
+    for (const auto& [name, reason] :
+         {std::pair("Text", ""), // as the system words it
+          std::pair("NoEntryPoint", "it has no entry point VekCreatePlugin\n"),
+          std::pair("ThrowsUnknown", "an exception of unknown type\n"),
+          std::pair("ReturnsNull", "VekCreatePlugin returned no plug-in\n"), std::pair("First", "refused\n")})
+        EXPECT_THAT(failures, testing::HasSubstr("Impossible to load the plug-in \"" +
+                                                 (folder + name + suffix).toStdString() + "\": " + reason));
+    EXPECT_THAT([] { Load("Missing"); },
+                testing::ThrowsMessage<PluginException>(testing::EndsWith("\": the file does not exist")));
+    EXPECT_THAT(manager.GetPlugins(), ElementsAre(testing::ResultOf(GetName, "Second")));
     g_onApply = nullptr;
     Load("First"); // another attempt
-    EXPECT_THAT(GetLoaded(), ElementsAre("First", "Second"));
+    EXPECT_EQ(manager.GetPlugins().size(), 2U);
+    manager.UnloadAll();
 }
-
-struct FailureCase
-{
-    const char* fault;
-    const char* name;
-    const char* reason; ///< Empty where the system words it.
-};
-void PrintTo(const FailureCase& row, std::ostream* out) { *out << row.fault; }
-class PluginMgrFailure : public PluginMgrUse, public testing::WithParamInterface<FailureCase>
-{};
-
-TEST_P(PluginMgrFailure, NamesTheFileAndTheReason)
-{
-    const ScopedTempFolder texts;
-    const QString text = texts.GetPath() + "/Text" + suffix;
-    QFile file(text);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("This is no module.") > 0);
-    file.close();
-
-    const QString path = GetParam().name == std::string("Text") ? text : folder + GetParam().name + suffix;
-    try
-    {
-        manager.Load(path);
-        FAIL();
-    }
-    catch (const PluginException& failure)
-    {
-        EXPECT_EQ(failure.GetFile(), path);
-        EXPECT_THAT(failure.what(),
-                    testing::StartsWith("Impossible to load the plug-in \"" + path.toStdString() + "\": "));
-        EXPECT_THAT(failure.what(), testing::EndsWith(GetParam().reason));
-    }
-    EXPECT_THAT(GetLoaded(), ElementsAre());
-    EXPECT_NO_THROW(Load("First"));
-}
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PluginMgrFailure,
-    testing::Values(
-        FailureCase{"system asked for a file that is missing", "Missing", "the file does not exist"},
-        FailureCase{"file that is no module", "Text", ""},
-        FailureCase{"program ended by the first call of a missing function", "LacksSymbol", ""},
-        FailureCase{"null called", "NoEntryPoint", "it has no entry point VekCreatePlugin"},
-        FailureCase{"exception of another type", "Throws", "no licence"},
-        FailureCase{"exception that is no std::exception", "ThrowsUnknown", "an exception of unknown type"},
-        FailureCase{"null kept", "ReturnsNull", "VekCreatePlugin returned no plug-in"}));
-} // namespace
 } // namespace vek::IO

@@ -2,7 +2,6 @@
 #include <QObject>
 #include <algorithm>
 #include <atomic>
-#include <barrier>
 #include <gtest/gtest.h>
 #include <memory>
 #include <thread>
@@ -10,19 +9,18 @@
 
 namespace vek
 {
-namespace
-{
 struct Plain : IObject
-{};
-struct Derived : Plain
 {};
 struct Both : QObject, Plain // its Plain is not at its address
 {};
+static_assert(!std::convertible_to<RawPtr<Plain>, RawPtr<Both>>);
+static_assert(!std::convertible_to<RawPtr<const Plain>, RawPtr<Plain>>);
+static_assert(!std::convertible_to<RawPtr<Plain>, RawPtr<QObject>>);
 
 template <typename T>
 class RawPtrTo : public testing::Test
 {};
-using Objects = testing::Types<Plain, const Plain, QObject, const QObject, Both>;
+using Objects = testing::Types<const Plain, const QObject, Both>;
 TYPED_TEST_SUITE(RawPtrTo, Objects, );
 
 TYPED_TEST(RawPtrTo, ReadsNullOnceTheObjectHasDied)
@@ -35,24 +33,17 @@ TYPED_TEST(RawPtrTo, ReadsNullOnceTheObjectHasDied)
     const RawPtr<TypeParam> moved = std::move(copy);
     EXPECT_EQ(&*pointer, object.get());
     EXPECT_EQ(moved.operator->(), object.get());
-
     object.reset();
-    const RawPtr<TypeParam> late = pointer;
-    for (const RawPtr<TypeParam>& each : {pointer, moved, late})
-    {
-        EXPECT_FALSE(each);
-        EXPECT_THROW(*each, Exception::NullptrException);
-        EXPECT_THROW(each.operator->(), Exception::NullptrException);
-    }
+    EXPECT_FALSE(pointer || moved);
+    EXPECT_THROW(*pointer, Exception::NullptrException);
+    EXPECT_THROW(moved.operator->(), Exception::NullptrException);
 }
 
-TEST(RawPtr, DeathOfACopyOfTheObjectLeavesTheOriginalAlive)
+TEST(RawPtr, KnowsACopyOfTheObjectFromTheObject)
 {
     Plain original;
     const RawPtr<Plain> pointer(&original);
-    std::ignore = std::make_unique<Plain>(original);
-    std::ignore = std::make_unique<Plain>(std::move(original));
-    auto assigned = std::make_unique<Plain>();
+    auto assigned = std::make_unique<Plain>(original);
     const RawPtr<Plain> toAssigned(assigned.get());
     *assigned = original;
     EXPECT_EQ(toAssigned.Get(), assigned.get());
@@ -65,61 +56,35 @@ TEST(RawPtr, ConvertsLikeAPointer)
 {
     auto object = std::make_unique<Both>();
     const RawPtr<Both> pointer(object.get());
-    const RawPtr<const Both> toConst = pointer;
     const RawPtr<Plain> toSecondBase = pointer;
-    const RawPtr<QObject> toOtherKind = pointer;
-    const RawPtr<const QObject> toConstOfOtherKind = toOtherKind;
-    EXPECT_EQ(toConst.Get(), object.get());
+    const RawPtr<const QObject> toOtherKind = RawPtr<QObject>(pointer);
     EXPECT_EQ(toSecondBase.Get(), static_cast<Plain*>(object.get())); // an unadjusted address would differ
-    EXPECT_EQ(toOtherKind.Get(), object.get());
-    EXPECT_EQ(toConstOfOtherKind, pointer);
-
+    EXPECT_EQ(toOtherKind, pointer);
     object.reset();
-    EXPECT_TRUE(toConst == nullptr && toSecondBase == nullptr && toOtherKind == nullptr);
-    EXPECT_EQ(RawPtr<Plain>(pointer), nullptr);
+    EXPECT_TRUE(toSecondBase == nullptr && toOtherKind == nullptr);
     EXPECT_EQ(RawPtr<QObject>(pointer), nullptr);
-
-    static_assert(!std::convertible_to<RawPtr<Plain>, RawPtr<Derived>>);
-    static_assert(!std::convertible_to<RawPtr<const Plain>, RawPtr<Plain>>);
-    static_assert(!std::convertible_to<RawPtr<Plain>, RawPtr<QObject>>);
 }
 
-TEST(RawPtr, IsMadeAndCopiedByManyThreadsWhileTheObjectsDie)
+TEST(RawPtr, IsMadeAndCopiedByManyThreads)
 {
-    constexpr int threadCount = 2;
-    for (int round = 0; round < 20; ++round)
-    {
-        std::vector<std::unique_ptr<Derived>> objects(200);
-        std::ranges::generate(objects, &std::make_unique<Derived>);
-        std::barrier together(threadCount + 1);
-        std::atomic<int> demands = 0;
-        std::atomic<bool> areDead = false;
-        std::vector<std::jthread> threads;
-        for (int i = 0; i < threadCount; ++i)
-            threads.emplace_back([&] {
-                std::vector<RawPtr<Derived>> pointers;
-                for (const auto& object : objects)
-                {
-                    const int all = threadCount * static_cast<int>(pointers.size() + 1);
-                    for (++demands; demands < all;) // so that the first demands of one object meet
-                        std::this_thread::yield();
-                    pointers.emplace_back(object.get());
-                }
-                together.arrive_and_wait();
-                for (bool isLast = false; !isLast;) // from here on the objects die
-                {
-                    isLast = areDead;
-                    const std::vector<RawPtr<Derived>> copies = pointers;
-                    const std::vector<RawPtr<Plain>> converted(copies.begin(), copies.end());
-                    pointers = copies;
-                    // One that watches another block than the object's would never see it die.
-                    EXPECT_FALSE(isLast && std::ranges::count(converted, nullptr) < std::ssize(converted));
-                }
-            });
-        together.arrive_and_wait();
-        objects.clear();
-        areDead = true;
-    }
+    constexpr std::size_t count = 4000;
+    auto objects = std::make_unique<Both[]>(count);
+    std::atomic<std::size_t> demands = 0;
+    std::vector<RawPtr<Plain>> pointers[2];
+    const auto demand = [&](std::size_t thread) {
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            for (++demands; demands < 2 * (i + 1);) // so that the first demands of one object meet
+                std::this_thread::yield();
+            const RawPtr<Both> pointer(&objects[i]);
+            pointers[thread].emplace_back(pointer);
+        }
+    };
+    std::jthread other(demand, 0U);
+    demand(1);
+    other.join();
+    objects.reset();
+    for (const auto& each : pointers) // one that watched another block than the object's would not see it die
+        EXPECT_EQ(std::ranges::count(each, nullptr), std::ptrdiff_t(count));
 }
-} // namespace
 } // namespace vek

@@ -2,66 +2,34 @@
 #include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
-#include <optional>
-#include <set>
-#include <thread>
-#include <vector>
+#include <memory>
 
 namespace vek
 {
-namespace
-{
-bool MakeFile(const QString& path) { return QFile(path).open(QIODevice::WriteOnly); }
-
 TEST(ScopedTempFolder, YoungestLivingOneIsActive)
 {
-    std::optional<ScopedTempFolder> first(std::in_place);
-    std::optional<ScopedTempFolder> second(std::in_place);
-    const ScopedTempFolder third;
-    EXPECT_EQ(ScopedTempFolder::GetActivePath(), third.GetPath());
-    second.reset(); // not the youngest: must change nothing
-    EXPECT_EQ(ScopedTempFolder::GetActivePath(), third.GetPath());
-    {
-        const ScopedTempFolder fourth;
-        EXPECT_EQ(ScopedTempFolder::GetActivePath(), fourth.GetPath());
-    }
-    EXPECT_EQ(ScopedTempFolder::GetActivePath(), third.GetPath());
-    first.reset();
-    EXPECT_EQ(ScopedTempFolder::GetActivePath(), third.GetPath());
+    auto first = std::make_unique<ScopedTempFolder>();
+    auto second = std::make_unique<ScopedTempFolder>();
+    std::make_unique<ScopedTempFolder>().reset();
+    EXPECT_EQ(ScopedTempFolder::GetActivePath(), second->GetPath());
+    first.reset(); // not the youngest: must change nothing
+    EXPECT_EQ(ScopedTempFolder::GetActivePath(), second->GetPath());
+    second.reset();
+    EXPECT_EQ(ScopedTempFolder::GetActivePath(), QString());
 }
 
 TEST(ScopedTempFolder, IsRemovedWithItsContentsButNotWhatTheyPointTo)
 {
     const ScopedTempFolder outside;
-    ASSERT_TRUE(MakeFile(outside.GetPath() + "/kept"));
-    QString path;
-    {
-        const ScopedTempFolder folder;
-        path = folder.GetPath();
-        EXPECT_TRUE(QDir(path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
-        ASSERT_TRUE(QDir(path).mkpath("sub/.hidden"));
-        ASSERT_TRUE(MakeFile(path + "/sub/.hidden/file"));
-        ASSERT_TRUE(QFile::setPermissions(path + "/sub/.hidden/file", QFile::ReadOwner));
-        ASSERT_TRUE(QFile::link(outside.GetPath(), path + "/link"));
-    }
+    ASSERT_TRUE(QFile(outside.GetPath() + "/kept").open(QIODevice::WriteOnly));
+    auto folder = std::make_unique<ScopedTempFolder>();
+    const QString path = folder->GetPath();
+    ASSERT_TRUE(QDir(path).mkpath("sub/.hidden"));
+    ASSERT_TRUE(QFile(path + "/sub/.hidden/file").open(QIODevice::WriteOnly));
+    ASSERT_TRUE(QFile::setPermissions(path + "/sub/.hidden/file", QFile::ReadOwner));
+    ASSERT_TRUE(QFile::link(outside.GetPath(), path + "/link"));
+    folder.reset();
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_TRUE(QFile::exists(outside.GetPath() + "/kept"));
 }
-
-TEST(ScopedTempFolder, IsMadeByManyThreadsAtOnce)
-{
-    std::vector<QString> paths(8);
-    {
-        std::vector<std::jthread> threads;
-        for (QString& path : paths)
-            threads.emplace_back([&path] {
-                const ScopedTempFolder folder;
-                path = folder.GetPath();
-                EXPECT_FALSE(ScopedTempFolder::GetActivePath().isEmpty());
-            });
-    }
-    EXPECT_EQ(ScopedTempFolder::GetActivePath(), QString());
-    EXPECT_EQ(std::set(paths.begin(), paths.end()).size(), paths.size());
-}
-} // namespace
 } // namespace vek

@@ -6,6 +6,7 @@
 #include <memory>
 #include <oneapi/tbb/global_control.h>
 #include <oneapi/tbb/info.h>
+#include <oneapi/tbb/task.h>
 #include <oneapi/tbb/task_arena.h>
 #include <oneapi/tbb/task_group.h>
 #include <stdexcept>
@@ -101,7 +102,7 @@ TEST(StandaloneTaskGroup, ExceptionLeavesOneWaitAndCancelsWhatHasNotStarted)
     EXPECT_EQ(group.Wait(), ETaskGroupStatus::Complete);
 }
 
-TEST(StandaloneTaskGroup, EveryExceptionLeavesOneOfManyWaits)
+TEST(StandaloneTaskGroup, ExceptionLeavesAtMostOneOfManyWaits)
 {
     StandaloneTaskGroup group;
     std::atomic<int> caughtCount = 0;
@@ -151,6 +152,23 @@ TEST(StandaloneTaskGroup, DestructionWaitsAndReportsTheExceptionThatNobodyWaited
     }
     EXPECT_EQ(reportCount, 1);
     Exception::SetExceptionHandler(before);
+}
+
+TEST(StandaloneTaskGroup, ContextCancelledByAFunctionIsUsableAfterTheWait)
+{
+    StandaloneTaskGroup group;
+    const auto held = std::make_shared<std::atomic<int>>(0);
+    for (int round = 1; round <= 20; ++round)
+    {
+        group.Run([] { tbb::task::current_context()->cancel_group_execution(); });
+        for (int i = 0; i < 200; ++i)
+            group.Run([held] {});
+        EXPECT_EQ(group.Wait(), ETaskGroupStatus::Canceled);
+        EXPECT_EQ(held.use_count(), 1);
+        group.Run([held] { ++*held; });
+        EXPECT_EQ(group.Wait(), ETaskGroupStatus::Complete);
+        EXPECT_EQ(*held, round);
+    }
 }
 
 TEST(StandaloneTaskGroup, IsNotCancelledWithTheGroupItWasUsedIn)

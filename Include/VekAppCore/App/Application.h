@@ -45,7 +45,7 @@ VEKAPPCORE_EXPORT void PostEvent(std::function<void()> function,
 /// @p base followed by "Dev", "Nightly" or "Beta"; empty, not @p base, for a build without flavour.
 [[nodiscard]] VEKAPPCORE_EXPORT QString GetAppTypeSuffix(EAppType type, const QString& base);
 
-/// The folder of the configuration's application file with a slash at its end; the executable's path when the
-/// configuration names no file.
+/// The folder of the configuration's application file, with a slash at its end; the executable's folder,
+/// without one, when the configuration names no file.
 [[nodiscard]] VEKAPPCORE_EXPORT QString GetApplicationPath(const AppConfiguration& config);
 } // namespace vek::App

@@ -26,8 +26,8 @@ public:
     /// @throws what the constructor of a service throws.
     void Start(const QString& addonsFolder = {});
 
-    /// Loads one more plug-in after Start and creates the services that it declares.
-    /// @throws IO::PluginException  it cannot be loaded.
+    /// Loads one more plug-in after Start, creates the services that it declares, then notifies all services.
+    /// @throws IO::PluginException  it cannot be loaded; also what the constructor of a service throws.
     void LoadPlugin(const QString& file);
 
     /// @param widget  stays the caller's.

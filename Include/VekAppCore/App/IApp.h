@@ -13,13 +13,14 @@ class IEventHolder;
 
 namespace vek::App
 {
-/// The application, implemented by the executable; ApplicationFrame is a ready one.
+/// The application, implemented by the executable; ApplicationFrame is a ready one. Everything here may be
+/// asked from any thread.
 class VEKAPPCORE_EXPORT IApp : public SafeObject
 {
 public:
     ~IApp() override;
 
-    /// Where functions for the main thread are posted; null while it cannot take any. Thread-safe.
+    /// Where functions for the main thread are posted; null while it cannot take any.
     virtual RawPtr<Threading::IEventHolder> GetPostEventTarget() = 0;
     virtual QString GetApplicationName() = 0;
     virtual AppConfiguration GetAppConfiguration() = 0;

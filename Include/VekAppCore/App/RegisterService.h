@@ -6,12 +6,15 @@
 #include <source_location>
 #include <typeindex>
 
-namespace vek::Declaration
+namespace vek::App
 {
 /// How a service is declared; nothing can be chosen yet.
 struct DeclarationServiceOptions
 {};
+} // namespace vek::App
 
+namespace vek::Declaration
+{
 namespace Details
 {
 /// Writes the error line that names the service whose creation throws; to be called inside the catch block.
@@ -27,7 +30,7 @@ VEKAPPCORE_EXPORT void LogCreationFailure(const std::string& service,
 /// @param options  may be null.
 /// @return 1.
 template <std::derived_from<App::IServiceBase> Interface, std::derived_from<Interface> Implementation>
-int RegisterService([[maybe_unused]] const DeclarationServiceOptions* options,
+int RegisterService([[maybe_unused]] const App::DeclarationServiceOptions* options,
                     const std::source_location& where = std::source_location::current())
 {
     App::DeclarationSystem& declarations = App::DeclarationSystem::GetInstance();

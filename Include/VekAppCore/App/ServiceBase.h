@@ -10,7 +10,8 @@ class VEKAPPCORE_EXPORT IServiceBase : public IObject
 public:
     ~IServiceBase() override;
 
-    /// Called by IServiceManager::NotifyServices, at start-up once all services exist.
+    /// Called by IServiceManager::NotifyServices: once all services exist, and again when a plug-in that is
+    /// loaded later has brought more.
     virtual void OnNotify();
 };
 

@@ -18,13 +18,15 @@ public:
     /// the filters are asked in order of adding, and the first that returns true consumes the event.
     void AddTopLevelEventFilter(RawPtr<QObject> filter);
 
+    /// Forgets the filters that have died; done after each key that reached them all.
+    void CleanUpEventFilters();
+
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool notify(QObject* receiver, QEvent* event) override;
 
 private:
     bool _OfferToTopLevelFilters(QObject* watched, QEvent* event);
-    void _CleanUpEventFilters();
 
-    std::vector<RawPtr<QObject>> m_topLevelEventFilters; ///< Dead ones are removed after a complete walk.
+    std::vector<RawPtr<QObject>> m_topLevelEventFilters;
 };
 } // namespace vek::App

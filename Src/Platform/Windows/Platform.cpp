@@ -1,7 +1,8 @@
 #include "Platform/Platform.h"
+#include <QDir>
+#include <QRegularExpression>
 #include <cfloat>
 #include <memory>
-#include <string_view>
 #include <windows.h>
 // windows.h comes first
 #include <knownfolders.h>
@@ -45,11 +46,9 @@ void SetThreadName(const std::string& name)
 
 std::string GetReadableTypeName(const char* name)
 {
-    std::string_view readable(name);
-    for (const std::string_view kind : {"class ", "struct ", "enum "})
-        if (readable.starts_with(kind))
-            readable.remove_prefix(kind.size());
-    return std::string(readable);
+    // Also inside: "class A<struct B>".
+    static const QRegularExpression kind(QStringLiteral("\\b(?:class|struct|union|enum) "));
+    return QString::fromUtf8(name).remove(kind).toStdString();
 }
 
 unsigned DisableFloatingPointTraps()
@@ -73,6 +72,6 @@ QString GetPublicFolder()
     PWSTR folder = nullptr;
     const HRESULT result = SHGetKnownFolderPath(FOLDERID_Public, 0, nullptr, &folder);
     const std::unique_ptr<wchar_t, decltype(&CoTaskMemFree)> owner(folder, &CoTaskMemFree);
-    return SUCCEEDED(result) ? QString::fromWCharArray(folder) : QString();
+    return SUCCEEDED(result) ? QDir::fromNativeSeparators(QString::fromWCharArray(folder)) : QString();
 }
 } // namespace vek::Platform

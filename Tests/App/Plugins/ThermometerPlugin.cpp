@@ -2,27 +2,17 @@
 #include "VekAppCore/App/InitExtension.h"
 #include "VekAppCore/App/RegisterService.h"
 
-namespace
+static bool g_isInitialized = false;
+
+struct Thermometer final : IThermometer
 {
-class Thermometer final : public IThermometer
-{
-public:
-    [[nodiscard]] double GetCelsius() const override { return 20.5; }
-    [[nodiscard]] const vek::App::IServiceManager* GetManagerSeen() const override
-    {
-        return vek::App::ServicesPtr().Get();
-    }
+    const vek::App::IServiceManager* GetManagerSeen() const override { return vek::App::ServicesPtr().Get(); }
+    bool IsPluginInitialized() const override { return g_isInitialized; }
 };
 VEK_DECLARE_SERVICE(IThermometer, Thermometer);
 
-class ThermometerPlugin final : public vek::App::IAppPlugin
+struct ThermometerPlugin final : vek::App::IAppPlugin
 {
-public:
-    void Initialize() override
-    {
-        vek::App::DeclarationSystem::GetInstance().Append<IThermometer>([](IThermometer&) {}, "initialised");
-    }
+    void Initialize() override { g_isInitialized = true; }
 };
-} // namespace
-
 VEK_PLUGIN(ThermometerPlugin)

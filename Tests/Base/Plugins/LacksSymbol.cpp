@@ -1,9 +1,5 @@
 #include "VekBase/PluginMgr.h"
 
-void DefinedNowhere();
+vek::IO::IPlugin* DefinedNowhere();
 
-extern "C" Q_DECL_EXPORT vek::IO::IPlugin* VekCreatePlugin()
-{
-    DefinedNowhere();
-    return nullptr;
-}
+extern "C" Q_DECL_EXPORT vek::IO::IPlugin* VekCreatePlugin() { return DefinedNowhere(); }

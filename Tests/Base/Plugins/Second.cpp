@@ -1,4 +1,0 @@
-#include "TracedPlugin.h"
-
-static constexpr char name[] = "Second";
-VEK_PLUGIN(vek::TestSupport::TracedPluginOf<name>)

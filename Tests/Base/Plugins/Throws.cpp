@@ -1,3 +1,0 @@
-#include "VekBase/PluginMgr.h"
-
-extern "C" Q_DECL_EXPORT vek::IO::IPlugin* VekCreatePlugin() { throw std::runtime_error("no licence"); }
