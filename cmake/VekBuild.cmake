@@ -20,7 +20,8 @@ endif()
 
 add_library(VekOptions INTERFACE)
 if(MSVC)
-    target_compile_options(VekOptions INTERFACE /W4 /permissive- /utf-8)
+    target_compile_options(VekOptions INTERFACE /W4 /permissive- /utf-8
+        /wd4251 /wd4275) # members and bases from the standard library need no export
 else()
     target_compile_options(VekOptions INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 endif()

@@ -55,7 +55,7 @@ void DeskWindow::_AskForFile()
         Inspect(file);
 }
 
-void DeskWindow::Inspect(const QString& file)
+void DeskWindow::Inspect(const QString& file, FailureCallback onFailure)
 {
     _EndJob();
     m_timer.start();
@@ -72,7 +72,7 @@ void DeskWindow::Inspect(const QString& file)
         }));
     };
     // The services stay: the application waits for its workers before it destroys them.
-    m_executor.ExecuteAsync([this, file, post, isCancelled = m_isCancelled,
+    m_executor.ExecuteAsync([this, file, onFailure = std::move(onFailure), post, isCancelled = m_isCancelled,
                              &reader = App::Services().Require<IPointCloudReader>(),
                              &fitter = App::Services().Require<IPlaneFitter>()] {
         try
@@ -88,10 +88,9 @@ void DeskWindow::Inspect(const QString& file)
         }
         catch (...)
         {
-            // Thrown again on the main thread, where SafeCallable reports it to the user.
-            post([this, error = std::current_exception()] {
+            post([this, onFailure, failure = std::current_exception()] {
                 _EndJob();
-                std::rethrow_exception(error);
+                onFailure(failure); // SafeCallable tells the user of what it throws
             });
         }
     });
@@ -125,7 +124,7 @@ void DeskWindow::_Show(const QString& file, const std::shared_ptr<const Inspecti
 
 void DeskWindow::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (event->mimeData()->hasUrls())
+    if (event->mimeData()->urls().value(0).isLocalFile())
         event->acceptProposedAction();
 }
 

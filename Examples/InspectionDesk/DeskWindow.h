@@ -19,8 +19,11 @@ public:
     /// Ends a running inspection without waiting for it.
     ~DeskWindow() override;
 
-    /// Starts to inspect a file, in place of a running inspection. A failure is reported to the user.
-    void Inspect(const QString& file);
+    using FailureCallback = std::function<void(const std::exception_ptr& failure)>;
+
+    /// Starts to inspect a file, in place of a running inspection.
+    /// @param onFailure  called where that fails; the user is told of what it throws.
+    void Inspect(const QString& file, FailureCallback onFailure = std::rethrow_exception);
 
     [[nodiscard]] bool IsBusy() const { return m_isCancelled != nullptr; }
     /// The log is shown a little later than the rest.

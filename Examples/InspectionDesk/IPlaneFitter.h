@@ -9,8 +9,7 @@ struct Inspection
 {
     Eigen::Vector3d centre; ///< Of the points.
     Eigen::Vector3d normal; ///< Of length 1. The first of its z, y and x that is clearly not 0 is positive.
-    Eigen::Matrix3Xd
-        flat; ///< A column a point, from the centre: x and y as seen along the normal, deviation.
+    Eigen::Matrix3Xd flat;  ///< A column a point, from the centre: x and y along the normal, deviation.
     Eigen::Vector3d lowest; ///< Of each row of flat; the deviation is positive on the side of the normal.
     Eigen::Vector3d highest;
     double standardDeviation;

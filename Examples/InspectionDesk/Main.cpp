@@ -1,11 +1,11 @@
 #include "DeskWindow.h"
 #include "VekAppCore/App/ApplicationFrame.h"
 #include "VekAppCore/App/DeclarationSystem.h"
-#include "VekAppCore/App/ErrorReporting.h"
 #include "VekAppCore/App/Exception.h"
 #include "VekAppCore/App/Folders.h"
 #include "VekAppCore/App/NotificationBar.h"
 #include "VekAppCore/App/VekQApplication.h"
+#include "VekBase/CommandLine.h"
 #include <QBuffer>
 #include <QCommandLineParser>
 #include <QFileInfo>
@@ -20,13 +20,14 @@ namespace vek::Desk
 {
 namespace
 {
-/// Where windows need a display and there is none, the desk works without.
+/// Where windows need a display and there is none, or nobody looks at it, the desk works without.
 void ChoosePlatform()
 {
+    const auto isEmpty = qEnvironmentVariableIsEmpty;
+    const bool isUnattended = IsCmdLineArgPresent("--report") || IsCmdLineArgPresent("--screenshot");
     // Qt has names for the systems that need none of these variables.
     if (QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Unknown &&
-        qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
-        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        isEmpty("QT_QPA_PLATFORM") && (isUnattended || (isEmpty("DISPLAY") && isEmpty("WAYLAND_DISPLAY"))))
         qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
@@ -61,10 +62,11 @@ int RunUnattended(App::ApplicationFrame& frame, DeskWindow& window, const QComma
     window.setAttribute(Qt::WA_DontShowOnScreen);
     window.show();
     const QString file = arguments.positionalArguments().first();
-    window.Inspect(file);
+    std::exception_ptr failure;
+    window.Inspect(file, [&failure](const std::exception_ptr& reason) { failure = reason; });
     waitUntil([&window] { return !window.IsBusy(); });
-    if (!window.GetInspection())
-        return 1; // the reason was reported
+    if (failure)
+        std::rethrow_exception(failure);
 
     QString report = u"File                %1\n"_s.arg(QFileInfo(file).fileName());
     for (const auto& [name, value] : window.GetInspection()->GetFigures())
@@ -137,17 +139,14 @@ int main(int argc, char** argv)
     configuration.applicationName = u"InspectionDesk"_s;
     configuration.applicationTitle = u"Inspection Desk"_s;
     App::ApplicationFrame frame(configuration);
-    App::SetNotifierCallback([](const App::NotifierMessage& message) {
-        if (message.verbosity <= Log::Verbosity::Warning)
-            std::fprintf(stderr, "%s\n", message.text.ToString().simplified().toLocal8Bit().constData());
-    });
     try
     {
         return Desk::Run(frame, arguments);
     }
-    catch (...)
+    catch (const std::exception& exception)
     {
-        App::HandleAppException(TrString());
+        // Not App::HandleAppException: its log lines would tell the same twice more.
+        std::fprintf(stderr, "%s\n", qPrintable(QString::fromUtf8(exception.what()).simplified()));
         return 1;
     }
 }

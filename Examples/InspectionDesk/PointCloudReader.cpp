@@ -20,7 +20,7 @@ PointCloud ReadText(std::string_view content, const Progress& progress)
     if (rest.starts_with(byteOrderMark))
         rest.remove_prefix(byteOrderMark.size());
     PointCloud points;
-    for (int line = 1; !rest.empty(); ++line)
+    for (qsizetype line = 1; !rest.empty(); ++line)
     {
         std::string_view text = TakeLine(rest);
         text = text.substr(0, text.find('#'));
@@ -60,20 +60,21 @@ public:
             if (!read)
                 FailReading(u"files of this kind cannot be read"_s);
             QFile file(path);
-            QByteArray content;
-            if (file.open(QIODevice::ReadOnly))
-                content = file.readAll();
+            const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
             if (file.error() != QFile::NoError)
                 FailReading(file.errorString());
-            PointCloud points =
-                read({content.constData(), static_cast<std::size_t>(content.size())}, progress);
+            PointCloud points = read({content.cbegin(), content.cend()}, progress);
             if (points.empty())
                 FailReading(u"there are no points in it"_s);
             return points;
         }
         catch (const Exception::AppException& exception)
         {
-            FailReading(u"%1: %2"_s.arg(info.fileName(), exception.GetMessage().ToString()));
+            FailReading(u"%1: %2"_s.arg(path, exception.GetMessage().ToString()));
+        }
+        catch (const std::bad_alloc&)
+        {
+            FailReading(u"%1: there is not enough memory for it"_s.arg(path));
         }
     }
 

@@ -66,7 +66,9 @@ Report ClassifyCurrentException(const TrString& context)
     }
     catch (const std::exception& exception)
     {
-        return {EExceptionType::Error, context, QString::fromLocal8Bit(exception.what())};
+        const bool isOurs = dynamic_cast<const Exception::ExceptionBase*>(&exception) != nullptr;
+        return {EExceptionType::Error, context,
+                isOurs ? QString::fromUtf8(exception.what()) : QString::fromLocal8Bit(exception.what())};
     }
     catch (...)
     {

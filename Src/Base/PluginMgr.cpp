@@ -76,7 +76,8 @@ struct PluginMgr::Impl
     struct Module
     {
         std::unique_ptr<PluginOwner> owner;
-        bool isRejected = false; ///< Kept in memory, see Load.
+        std::size_t factoriesBefore; ///< What its own initialisers have added comes behind them.
+        bool isRejected = false;     ///< Kept in memory, see Load.
     };
 
     std::vector<InitExtensionFactory> factories;
@@ -112,9 +113,10 @@ PluginOwner& PluginMgr::Load(const QString& file)
     auto module = find();
     if (module == m_impl->modules.end())
     {
+        const std::size_t factoriesBefore = m_impl->factories.size();
         auto made = std::make_unique<PluginOwner>(path);
         // At once: an extension may load more modules, which come behind.
-        module = m_impl->modules.insert(m_impl->modules.end(), {std::move(made)});
+        module = m_impl->modules.insert(m_impl->modules.end(), {std::move(made), factoriesBefore});
     }
     else if (!module->isRejected)
         return *module->owner;
@@ -174,6 +176,7 @@ void PluginMgr::UnloadAll()
         const Impl::Module last =
             std::move(m_impl->modules.back()); // a plug-in that dies may ask for the others
         m_impl->modules.pop_back();
+        m_impl->factories.resize(std::min(m_impl->factories.size(), last.factoriesBefore));
     }
 }
 } // namespace vek::IO

@@ -2,143 +2,96 @@
 
 namespace vek::Desk
 {
-namespace
+class PointCloudReaderTest : public DeskFixture
 {
-struct FileCase
-{
-    const char* fault;
-    const char* extension;
-    QByteArray content;
-    const char* expected; ///< All the points as DeskFixture::ReadAsText gives them, or a part of the message.
+protected:
+    /// The points as "x y z; " each, or what is said of the file.
+    std::string Read(const char* name, const QByteArray& content) const
+    {
+        const QString path = Write(QLatin1String(name), content);
+        try
+        {
+            std::ostringstream text;
+            for (const Eigen::Vector3d& point : m_reader.Read(path, [](double) {}))
+                text << point.x() << ' ' << point.y() << ' ' << point.z() << "; ";
+            return text.str();
+        }
+        catch (const Exception::AppException& exception)
+        {
+            return QString::fromUtf8(exception.what()).remove(path + ": ").toStdString();
+        }
+    }
+
+    std::string ReadPly(const QByteArray& elements, const QByteArray& data) const
+    {
+        return Read("a.ply", "ply\nformat ascii 1.0\ncomment a\n" + elements + "end_header\n" + data);
+    }
+
+    const IPointCloudReader& m_reader = App::Services().Require<IPointCloudReader>();
 };
-void PrintTo(const FileCase& row, std::ostream* out) { *out << row.fault; }
 
-class PointCloudReaderFile : public testing::TestWithParam<FileCase>, public DeskFixture
-{};
-
-TEST_P(PointCloudReaderFile, GivesPointsOrAClearError)
+TEST_F(PointCloudReaderTest, Text)
 {
-    const auto& [fault, extension, content, expected] = GetParam();
-    const auto isMessage = testing::AllOf(testing::StartsWith("a."), testing::HasSubstr(expected));
-    EXPECT_THAT(ReadAsText(QStringLiteral("a.") + QLatin1String(extension), content),
-                testing::AnyOf(expected, isMessage));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Text, PointCloudReaderFile,
-    testing::Values(FileCase{"last line without line feed lost", "xyz", "1 2 3\n4 5 6", "1 2 3; 4 5 6; "},
-                    FileCase{"carriage return a value", "txt", "1 2 3\r\n\r\n4 5 6\r\n", "1 2 3; 4 5 6; "},
-                    FileCase{"no separator", "csv", " 1,2,3 \n4; 5 ;6\n7\t8\t 9\n", "1 2 3; 4 5 6; 7 8 9; "},
-                    FileCase{"comment read", "xyz", "# made\n  # 9 9 9\n1 2 3 # first\n\n", "1 2 3; "},
-                    FileCase{"exponent or plus refused", "XYZ", "1e2 -2.5E-1 +.5\n", "100 -0.25 0.5; "},
-                    FileCase{"byte order mark taken for text", "xyz", "\xEF\xBB\xBF+1 2 3\n", "1 2 3; "},
-                    FileCase{"empty lines not counted", "xyz", "# a\n\n1 2 3\n\n4 5\n", ": line 5: expected"},
-                    FileCase{"fourth number dropped", "xyz", "1 2 3 4\n", "line 1: "},
-                    FileCase{"decimal comma read as more numbers", "xyz", "1,5;2,5;3,5\n", "line 1: "},
-                    FileCase{"empty field skipped", "xyz", "1,,2,3\n", "line 1: "},
-                    FileCase{"numbers that touch taken apart", "xyz", "1 2-3\n", "line 1: "},
-                    FileCase{"unit behind a number dropped", "xyz", "1 2 3mm\n", "line 1: "},
-                    FileCase{"two signs accepted", "xyz", "1 2 +-3\n", "line 1: "},
-                    FileCase{"nan accepted", "xyz", "1 2 3\n1 nan 3\n", "line 2: "},
-                    FileCase{"overflow read as infinity", "xyz", "1e999 2 3\n", "line 1: "},
-                    FileCase{"file of comments is a cloud", "xyz", "# 1 2 3\n", "no points"},
-                    FileCase{"unknown kind read as text", "stl", "1 2 3", "cannot be read"}));
-
-/// A PLY file of these elements.
-QByteArray Ply(const QByteArray& elements, const QByteArray& data, const QByteArray& format = "ascii")
-{
-    return "ply\nformat " + format + " 1.0\ncomment made by hand\n" + elements + "end_header\n" + data;
+    EXPECT_EQ(Read("a.txt", "\xEF\xBB\xBF+1 2 3\r\n\r\n4 5 6"), "1 2 3; 4 5 6; ") << "mark or line ends";
+    EXPECT_EQ(Read("a.csv", " 1,2,3 \n4; 5 ;6;\n7\t8\t 9\n"), "1 2 3; 4 5 6; 7 8 9; ") << "separators";
+    EXPECT_EQ(Read("a.xyz", "# made\n  # 9 9 9\n1 2 3 # first\n\n"), "1 2 3; ") << "comment read";
+    EXPECT_EQ(Read("a.XYZ", "1e2 -2.5E-1 +.5\n"), "100 -0.25 0.5; ") << "forms of numbers";
+    for (const char* line : {"4 5", "1 2 3 4", "1,5;2,5;3,5", "1,,2,3", "1,2,3,,", "1 2-3", "1 2 3mm",
+                             "1 2 +-3", "1 nan 3", "inf 2 3", "1e999 2 3", "x,y,z"})
+        EXPECT_EQ(Read("a.xyz", QByteArray("#\n\n1 2 3\n") + line), "line 4: expected three numbers") << line;
+    EXPECT_EQ(Read("a.xyz", "# 1 2 3\n"), "there are no points in it");
+    EXPECT_EQ(Read("a.stl", "1 2 3"), "files of this kind cannot be read");
 }
 
 const QByteArray g_xyz = "property float x\nproperty float y\nproperty float z\n";
-const QByteArray g_one = "element vertex 1\n" + g_xyz;
 const QByteArray g_two = "element vertex 2\n" + g_xyz;
-const QByteArray g_listFirst = "element vertex 1\nproperty list int int a\n" + g_xyz;
-const QByteArray g_anyOrder = "element vertex 1\nproperty uchar red\nproperty double z\n"
-                              "property list uchar int x\nproperty double x\nproperty double y\n";
-const QByteArray g_others = "element camera 1\nproperty float x\n" + g_one +
-                            "element face 2\nproperty list uchar int vertex_indices\n";
 
-INSTANTIATE_TEST_SUITE_P(
-    PlyAscii, PointCloudReaderFile,
-    testing::Values(
-        FileCase{"plain file", "ply", Ply(g_two, "1 2 3\n-4 5e1 .6"), "1 2 3; -4 50 0.6; "},
-        FileCase{"line ends", "ply", Ply(g_one, "1 2 3\n").replace("\n", "\r\n"), "1 2 3; "},
-        FileCase{"first three properties taken", "ply", Ply(g_anyOrder, "255 3 2 8 9 1 2\n"), "1 2 3; "},
-        FileCase{"others not skipped", "ply", Ply(g_others, "7\n1 2 3\n3 0 0 0\n0\n\n"), "1 2 3; "},
-        FileCase{"unused nan refused", "ply", Ply(g_one + "property float q\n", "1 2 3 nan\n"), "1 2 3; "},
-        FileCase{"nan is a coordinate", "ply", Ply(g_one, "1 nan 3\n"), "vertex 1 is cut off or has wrong"},
-        FileCase{"filled up from the next line", "ply", Ply(g_two, "1 2\n3 4 5 6\n"), "vertex 1 is cut off"},
-        FileCase{"row too many dropped", "ply", Ply(g_one, "1 2 3\n4 5 6\n"), "more data"},
-        FileCase{"memory or time for a count that is a lie", "ply",
-                 Ply("element vertex 18446744073709551615\n" + g_xyz, "1 2 3\n"), "vertex 2 is cut off"},
-        FileCase{"negative count wraps", "ply", Ply("element vertex -1\n" + g_xyz, ""), "element vertex -1"},
-        FileCase{"endless rows of nothing", "ply", Ply("element a 99999999999999\n", "1\n"),
-                 "a 1 is cut off"},
-        FileCase{"list longer than the file", "ply", Ply(g_listFirst, "2000000000 1 2 3\n"), "vertex 1 is"},
-        FileCase{"negative list", "ply", Ply(g_listFirst, "-1 1 2 3\n"), "vertex 1 is cut off"},
-        FileCase{"list count is nan", "ply", Ply(g_listFirst, "nan 1 2 3\n"), "vertex 1 is cut off"},
-        FileCase{"coordinate missing", "ply", Ply("element vertex 1\nproperty int x\n", "1\n"), "needs x, y"},
-        FileCase{"coordinate twice", "ply", Ply(g_one + "property int x\n", "1 2 3 4\n"), "needs x, y and z"},
-        FileCase{"unknown type", "ply", Ply(g_one + "property half a\n", "1 2 3 4\n"), "property half a"},
-        FileCase{"property of nothing", "ply", Ply("property float x\n", ""), "not understood"},
-        FileCase{"big-endian taken for little", "ply", Ply("", "", "binary_big_endian"), "not understood"},
-        FileCase{"other file", "ply", "solid plate\n", "not a PLY file"},
-        FileCase{"header cut off", "ply", "ply\nformat ascii 1.0\n" + g_one, "the header has no end"}));
-
-template <typename T>
-QByteArray ToBytes(std::initializer_list<T> values)
+TEST_F(PointCloudReaderTest, PlyAscii)
 {
-    QByteArray bytes;
-    for (const T value : values)
-        bytes.append(reinterpret_cast<const char*>(&value), sizeof(T));
-    return bytes;
+    EXPECT_EQ(ReadPly(g_two, "1 2 3\r\n-4 5e1 .6"), "1 2 3; -4 50 0.6; ") << "line ends";
+    const QByteArray others = "element camera 1\nproperty float x\nelement vertex 1\nproperty uchar red\n"
+                              "property double z\nproperty list uchar int x\nproperty double x\n"
+                              "property float y\nelement face 2\nproperty list uchar int vertex_indices\n";
+    EXPECT_EQ(ReadPly(others, "7\nnan 3 2 8 9 1 2\n3 0 0 0\n0\n\n"), "1 2 3; ") << "others not skipped";
+
+    const char* const wrongRow = "vertex 2 is cut off or has wrong numbers";
+    for (const char* row : {"1 nan 3", "4 5\n6 7", "4 5 6 7"}) // the second one must not take from the third
+        EXPECT_EQ(ReadPly(g_two, QByteArray("1 2 3\n") + row), wrongRow) << row;
+    EXPECT_EQ(ReadPly("element vertex 18446744073709551615\n" + g_xyz, "1 2 3\n"), wrongRow);
+    const char* const wrongList = "list 1 is cut off or has wrong numbers";
+    for (const char* count : {"2000000000", "-1", "nan", "inf"})
+        EXPECT_EQ(ReadPly("element list 1\nproperty list int int a\n", count), wrongList) << count;
+    EXPECT_EQ(ReadPly("element list 99999999999999\n", ""), wrongList) << "endless rows of nothing";
+    EXPECT_EQ(ReadPly(g_two, "1 2 3\n4 5 6\n7 8 9\n"), "there are more data than its header says");
+    for (const QByteArray& properties : {QByteArray("property int x\n"), g_xyz + "property int x\n"})
+        EXPECT_EQ(ReadPly("element vertex 1\n" + properties, ""), "a vertex needs x, y and z, each once");
+    for (const QByteArray line : {"element vertex -1", "property float x", "format binary_big_endian 1.0",
+                                  "element a 1\nproperty half x", "element a 1\nproperty list half int x"})
+        EXPECT_THAT(ReadPly(line + '\n', ""), testing::HasSubstr("header line is not understood: "));
+    EXPECT_EQ(Read("a.ply", "solid plate\n"), "this is not a PLY file");
+    EXPECT_EQ(Read("a.ply", "ply\nformat ascii 1.0\n" + g_two), "the header has no end");
 }
 
-const QByteArray g_binary =
-    Ply("element face 2\nproperty list uchar short vertex_indices\nelement vertex 2\nproperty ushort id\n"
-        "property double x\nproperty double y\nproperty float z\n",
-        "\x03" + ToBytes<qint16>({1, 2, 3}) + QByteArray("\0", 1) + ToBytes<quint16>({2570}) +
-            ToBytes({1.5, 2.5}) + ToBytes({3.5F}) + ToBytes<quint16>({65535}) + ToBytes({-4.0, 0.1}) +
-            ToBytes({6.0F}),
-        "binary_little_endian");
-
-INSTANTIATE_TEST_SUITE_P(
-    PlyBinary, PointCloudReaderFile,
-    testing::Values(FileCase{"other data not skipped", "ply", g_binary, "1.5 2.5 3.5; -4 0.1 6; "},
-                    FileCase{"byte too many dropped", "ply", g_binary + '\n', "more data"},
-                    FileCase{"list longer than the file", "ply",
-                             Ply("element vertex 1\nproperty list uint double a\n" + g_xyz,
-                                 ToBytes({0xFFFFFFFFU}) + ToBytes({1.0F, 2.0F, 3.0F}),
-                                 "binary_little_endian"),
-                             "vertex 1 is cut off"},
-                    FileCase{"infinite coordinate", "ply",
-                             Ply(g_one, ToBytes({1.0F, std::numeric_limits<float>::infinity(), 3.0F}),
-                                 "binary_little_endian"),
-                             "wrong numbers"}));
-
-class PointCloudReaderTest : public testing::Test, public DeskFixture
-{};
-
-TEST_F(PointCloudReaderTest, RefusesBinaryDataCutOffAnywhere)
+TEST_F(PointCloudReaderTest, PlyBinary)
 {
-    for (qsizetype size = 0; size < g_binary.size(); ++size)
-        EXPECT_THAT(ReadAsText(QStringLiteral("a.ply"), g_binary.left(size)), testing::StartsWith("a.ply: "))
-            << size;
+    const QByteArray content =
+        "ply\nformat binary_little_endian 1.0\nelement face 2\nproperty list uchar short a\nelement vertex 2\n"
+        "property ushort id\nproperty double x\nproperty double y\nproperty float z\nend_header\n" +
+        QByteArray::fromHex("03 0100 0200 0300 00 0a0a 000000000000f83f 0000000000000440 00006040"
+                            "                     ffff 00000000000010c0 000000000000e03f 0000c040");
+    EXPECT_EQ(Read("a.ply", content), "1.5 2.5 3.5; -4 0.5 6; ");
+    EXPECT_EQ(Read("a.ply", content + '\n'), "there are more data than its header says");
+    for (qsizetype size = 0; size < content.size(); ++size)
+        EXPECT_THAT(Read("a.ply", content.left(size)), testing::Not(testing::EndsWith("; "))) << size;
 }
 
 TEST_F(PointCloudReaderTest, ProgressRisesAndMayEndTheWork)
 {
-    const QString file = Write(QStringLiteral("a.xyz"), QByteArray("1 2 3\n").repeated(100'000));
+    const QString file = Write("a.xyz", QByteArray("1 2 3\n").repeated(100'000));
     std::vector<double> parts;
-    EXPECT_EQ(GetReader().Read(file, [&parts](double part) { parts.push_back(part); }).size(), 100'000U);
-    ASSERT_GE(parts.size(), 10U);
-    EXPECT_TRUE(std::ranges::is_sorted(parts));
-    EXPECT_GT(parts.front(), 0.0);
-    EXPECT_LE(parts.back(), 1.0);
-
+    EXPECT_EQ(m_reader.Read(file, [&parts](double part) { parts.push_back(part); }).size(), 100'000U);
+    EXPECT_TRUE(std::ranges::is_sorted(parts) && parts.size() >= 10 && parts[0] > 0.0 && parts.back() <= 1.0);
     const auto cancel = [](double) { throw Exception::E_Escape(); };
-    EXPECT_THROW(static_cast<void>(GetReader().Read(file, cancel)), Exception::E_Escape);
+    EXPECT_THROW(static_cast<void>(m_reader.Read(file, cancel)), Exception::E_Escape);
 }
-} // namespace
 } // namespace vek::Desk

@@ -8,6 +8,10 @@ struct Module
 };
 static Module g_module;
 
+// Must not be asked for any more once the module has been unloaded.
+[[maybe_unused]] static const int g_extensionCount =
+    vek::IO::PluginMgr::GetInstance().AddInitExtension([] { return nullptr; });
+
 struct Plugin final : TracedPlugin
 {
     ~Plugin() override { g_module.Tell(" deleted"); }
