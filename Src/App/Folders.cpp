@@ -58,7 +58,7 @@ QString GetUserPublicDir()
     const QString publicFolder = Platform::GetPublicFolder();
     if (organization.isEmpty() || application.isEmpty() || publicFolder.isEmpty())
         return {};
-    const QString path = Join(Join(publicFolder, organization), application);
+    QString path = Join(Join(publicFolder, organization), application);
     QDir().mkpath(path);
     return path;
 }

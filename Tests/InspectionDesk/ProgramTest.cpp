@@ -42,9 +42,9 @@ TEST_F(ProgramTest, WritesReportAndScreenshotOfTheSample)
 
     const QImage image(m_folder.GetPath() + "/s.png");
     ASSERT_EQ(image.size(), QSize(1280, 800));
-    // The middle of the plate lies below the plane, right of the step above it: bluish, then reddish.
-    EXPECT_GT(image.pixelColor(560, 150).blue(), image.pixelColor(560, 150).red() + 40);
-    EXPECT_GT(image.pixelColor(660, 300).red(), image.pixelColor(660, 300).blue() + 40);
+    // Left of the step the plate lies below the plane, right of it above: bluish, then reddish.
+    EXPECT_GT(image.pixelColor(595, 320).blue(), image.pixelColor(595, 320).red() + 40);
+    EXPECT_GT(image.pixelColor(640, 320).red(), image.pixelColor(640, 320).blue() + 40);
 }
 
 TEST_F(ProgramTest, ListsAlsoWhatThePluginDeclares)

@@ -57,8 +57,3 @@ private:
 [[nodiscard]] bool WaitFor(const std::function<bool()>& condition,
                            std::chrono::milliseconds deadline = std::chrono::seconds(20));
 } // namespace vek::TestSupport
-
-namespace vek
-{
-namespace Test = TestSupport;
-} // namespace vek

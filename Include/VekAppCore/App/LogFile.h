@@ -16,8 +16,8 @@ class VEKAPPCORE_EXPORT LogFile
 public:
     struct Options
     {
-        qint64 mostBytes = 10 * 1024 * 1024; ///< Of one file.
-        int keptFiles = 5;                   ///< Besides the current one; the oldest is deleted.
+        qint64 mostBytes = 10'485'760; ///< Of one file.
+        int keptFiles = 5;             ///< Besides the current one; the oldest is deleted.
     };
 
     /// Continues an existing file; a line that was cut off at its end is removed.
