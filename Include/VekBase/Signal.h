@@ -1,5 +1,6 @@
 #pragma once
 #include "VekBase/Export.h"
+#include "VekBase/Memory.h"
 #include <compare>
 #include <cstdint>
 #include <functional>
@@ -30,7 +31,7 @@ protected:
     struct State;
 
     /// One connected callback, owned by the list of its signal.
-    struct VEKBASE_EXPORT Slot
+    struct VEKBASE_EXPORT Slot : AllocatedObject
     {
         Slot() = default;
         Slot(const Slot&) = delete;
@@ -46,7 +47,7 @@ protected:
     };
 
     /// Outlives its signal while an emission is under way.
-    struct State
+    struct State : AllocatedObject
     {
         Slot* first = nullptr;
         Slot* last = nullptr;

@@ -1,18 +1,18 @@
 #include "VekBase/Memory.h"
+#include "Base/SystemMemory.h"
 #include "VekBase/Exception.h"
-#include <cstdlib>
 
 namespace vek
 {
 void* Malloc(std::size_t bytes)
 {
-    void* const memory = std::malloc(bytes != 0 ? bytes : 1);
+    void* const memory = AllocateBytes(bytes != 0 ? bytes : 1);
     if (!memory)
         throw Exception::E_NotEnoughMemory();
     return memory;
 }
 
-void Free(void* memory) noexcept { std::free(memory); }
+void Free(void* memory) noexcept { FreeBytes(memory); }
 
 void* AllocatedObject::operator new(std::size_t bytes) { return Malloc(bytes); }
 

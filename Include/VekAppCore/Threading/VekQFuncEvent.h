@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Export.h"
+#include "VekBase/Memory.h"
 #include <QEvent>
 #include <atomic>
 #include <functional>
@@ -11,7 +12,7 @@ namespace vek::Threading
 /// A Qt event that runs its function when Qt deletes it: after delivery, or when it is discarded because its
 /// receiver died first. So the function always runs, and no receiver needs to handle the event. What it
 /// throws is reported with App::HandleAppException. A copy runs the function too.
-class VEKAPPCORE_EXPORT VekQFuncEvent : public QEvent
+class VEKAPPCORE_EXPORT VekQFuncEvent : public QEvent, public AllocatedObject
 {
 public:
     explicit VekQFuncEvent(std::function<void()> function);
