@@ -93,4 +93,26 @@
         <translation>Mémoire insuffisante.</translation>
     </message>
 </context>
+<context>
+    <name>CmdBase</name>
+    <message>
+        <source>An unknown error occurred</source>
+        <translation>Une erreur inconnue est survenue</translation>
+    </message>
+</context>
+<context>
+    <name>TaskProgressWidget</name>
+    <message>
+        <source>%1 s left</source>
+        <translation>%1 s restantes</translation>
+    </message>
+    <message>
+        <source>%1 min left</source>
+        <translation>%1 min restantes</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+</context>
 </TS>

@@ -26,6 +26,7 @@ namespace
 {
 constexpr std::size_t repetitions = 15;
 constexpr double secondsPerRepetition = 0.1;
+constexpr int roundsThatSetTime = 20;
 
 struct Result
 {
@@ -61,10 +62,10 @@ void PrintRow(const std::string& subject, const std::string& peer, const std::st
 
 void PrintRow(const Result& result)
 {
-    const auto& [subject, peer, wanted, measureOurs, measurePeer] = result.pair;
+    const std::optional<double> wanted = result.pair.wanted;
     const double ratio = GetRatio(result);
-    PrintRow(subject, peer, FormatTime(GetMedian(result.ours)), FormatTime(GetMedian(result.peer)),
-             fmt::format("{:.2f}", ratio),
+    PrintRow(result.pair.subject, result.pair.peer, FormatTime(GetMedian(result.ours)),
+             FormatTime(GetMedian(result.peer)), fmt::format("{:.2f}", ratio),
              wanted ? fmt::format("{:.2f} {}", *wanted, ratio >= *wanted ? "met" : "missed") : "-");
 }
 
@@ -127,10 +128,12 @@ private:
     void _Register(const std::string& name, void (*measure)(benchmark::State&), const Target& target)
     {
         m_targets.emplace(name, target);
-        benchmark::RegisterBenchmark(name.c_str(), measure)
-            ->Unit(benchmark::kNanosecond)
-            ->UseRealTime()
-            ->MinTime(secondsPerRepetition);
+        auto* const registered =
+            benchmark::RegisterBenchmark(name.c_str(), measure)->Unit(benchmark::kNanosecond);
+        if (target.result->pair.setsTime)
+            registered->UseManualTime()->Iterations(roundsThatSetTime);
+        else
+            registered->UseRealTime()->MinTime(secondsPerRepetition);
     }
 
     std::deque<Result> m_results; ///< A deque: the targets point into it.

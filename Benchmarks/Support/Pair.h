@@ -14,6 +14,7 @@ struct Pair
     std::optional<double> wanted; ///< The least ratio of peer's time to ours; empty where it is only shown.
     void (*measureOurs)(benchmark::State&);
     void (*measurePeer)(benchmark::State&);
+    bool setsTime = false; ///< A round tells its own time, which is only a part of it.
 };
 
 /// Adds pairs to those that the program measures. One object at namespace scope of each benchmark file.

@@ -2,6 +2,7 @@
 #include "VekAppCore/Threading/PostEventManager.h"
 #include "VekBase/Exception.h"
 #include "VekBase/TBBHelper.h"
+#include <QCoreApplication>
 #include <chrono>
 #include <thread>
 #include <utility>
@@ -19,7 +20,8 @@ public:
 
     void PostEvent(std::function<void()> function, const std::source_location& where) override
     {
-        PostEventManager::PostEvent(std::make_shared<FunctionEvent>(std::move(function)), where);
+        PostEventManager::PostEvent(
+            std::allocate_shared<FunctionEvent>(Allocator<FunctionEvent>(), std::move(function)), where);
     }
 
     void WaitUntil(const std::function<bool()>& predicate, EEventToTreat what) override
@@ -51,15 +53,19 @@ private:
 // A destructor lets no exception out.
 void WaitForAllQuietly(ITaskExecutorImpl* implementation) noexcept
 {
+    if (!implementation)
+        return;
     try
     {
-        if (implementation)
-            implementation->WaitForAll();
+        implementation->WaitForAll();
     }
     catch (...)
     {
         Exception::HandleException();
     }
+    // What is posted now would wait for ever, and keep the implementation, which keeps it.
+    if (!QCoreApplication::instance())
+        implementation->Clear();
 }
 } // namespace
 
