@@ -1,12 +1,16 @@
 #include "DeskWindow.h"
 #include "VekAppCore/App/Application.h"
+#include "VekAppCore/App/Exception.h"
 #include "VekAppCore/App/Log.h"
 #include "VekAppCore/App/SafeCallable.h"
 #include "VekAppCore/App/ServiceManager.h"
+#include "VekAppCore/Threading/TaskStatusBar.h"
 #include <QDockWidget>
 #include <QDropEvent>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QStatusBar>
 
@@ -15,16 +19,18 @@ namespace vek::Desk
 using namespace Qt::StringLiterals;
 
 DeskWindow::DeskWindow(Threading::TaskExecutor& executor)
-    : m_executor(executor),
-      m_view(new DeviationView),
-      m_figures(new QLabel(u"Nothing inspected yet"_s)),
-      m_log(new App::LogPanel),
-      m_progress(new QProgressBar)
+    : m_executor(executor), m_tabs(new QTabWidget), m_figures(new QLabel), m_log(new App::LogPanel)
 {
     setWindowTitle(App::GetAppConfig().applicationTitle);
     setAcceptDrops(true);
     resize(1280, 800);
-    setCentralWidget(m_view);
+    setCentralWidget(m_tabs);
+    m_tabs->setDocumentMode(true);
+    m_tabs->setTabsClosable(true);
+    m_tabs->addTab(new DeviationView, u"Start"_s);
+    connect(m_tabs, &QTabWidget::currentChanged, this, App::SafeCallable([this] { _ShowFigures(); }));
+    connect(m_tabs, &QTabWidget::tabCloseRequested, this,
+            App::SafeCallable([this](int index) { delete m_tabs->widget(index); }));
     m_figures->setAlignment(Qt::AlignTop);
     m_figures->setMargin(16);
     m_figures->setMinimumWidth(260);
@@ -36,90 +42,96 @@ DeskWindow::DeskWindow(Threading::TaskExecutor& executor)
     addDockWidget(Qt::BottomDockWidgetArea, logDock);
     resizeDocks({logDock}, {160}, Qt::Vertical);
     m_log->Install();
-    m_progress->hide();
-    statusBar()->addPermanentWidget(m_progress);
+    statusBar()->addPermanentWidget(new Threading::TaskStatusBar(executor));
+    _ShowFigures();
 
     QMenu* const menu = menuBar()->addMenu(u"&File"_s);
-    menu->addAction(u"&Open..."_s, QKeySequence::Open, this, App::SafeCallable([this] { _AskForFile(); }));
+    menu->addAction(u"&Open..."_s, QKeySequence::Open, this, App::SafeCallable([this] { _AskForFiles(); }));
     menu->addAction(u"&Quit"_s, QKeySequence::Quit, this, &QWidget::close);
 }
 
-DeskWindow::~DeskWindow() { _EndJob(); }
+DeskWindow::~DeskWindow()
+{
+    for (Job& job : m_jobs)
+        job.task.Cancel();
+}
 
-void DeskWindow::_AskForFile()
+void DeskWindow::_AskForFiles()
 {
     const QStringList extensions = App::Services().Require<IPointCloudReader>().GetExtensions();
-    const QString file = QFileDialog::getOpenFileName(
-        this, u"Open a point cloud"_s, {}, u"Point clouds (*.%1)"_s.arg(extensions.join(u" *."_s)));
-    if (!file.isEmpty())
+    for (const QString& file : QFileDialog::getOpenFileNames(
+             this, u"Open point clouds"_s, {}, u"Point clouds (*.%1)"_s.arg(extensions.join(u" *."_s))))
         Inspect(file);
 }
 
 void DeskWindow::Inspect(const QString& file, FailureCallback onFailure)
 {
-    _EndJob();
-    m_timer.start();
-    m_progress->setValue(0);
-    m_progress->show();
-    statusBar()->showMessage(u"Inspecting %1"_s.arg(file));
-    m_isCancelled = std::make_shared<std::atomic<bool>>(false);
-
-    // A window that dies, or is given another file, cancels first: what comes later does not touch it.
-    const auto post = [isCancelled = m_isCancelled](auto function) {
-        App::PostEvent(App::SafeCallable([isCancelled, function] {
-            if (!*isCancelled)
-                function();
-        }));
-    };
     // The services stay: the application waits for its workers before it destroys them.
-    m_executor.ExecuteAsync([this, file, onFailure = std::move(onFailure), post, isCancelled = m_isCancelled,
-                             &reader = App::Services().Require<IPointCloudReader>(),
-                             &fitter = App::Services().Require<IPlaneFitter>()] {
-        try
-        {
-            const auto showProgress = [&](double part) {
-                if (*isCancelled)
-                    throw Exception::E_Escape();
-                post([this, part] { m_progress->setValue(static_cast<int>(part * 100.0)); });
-            };
-            const auto result =
-                std::make_shared<const Inspection>(fitter.Fit(reader.Read(file, showProgress)));
-            post([this, file, result] { _Show(file, result); });
-        }
-        catch (...)
-        {
-            post([this, onFailure, failure = std::current_exception()] {
-                _EndJob();
-                onFailure(failure); // SafeCallable tells the user of what it throws
-            });
-        }
-    });
+    const auto work = [file, &reader = App::Services().Require<IPointCloudReader>(),
+                       &fitter = App::Services().Require<IPlaneFitter>()](auto& progression) {
+        const PointCloud points = reader.Read(file, progression);
+        progression.SetTitle(TrString::NoTranslate(u"Fitting %1"_s.arg(QFileInfo(file).fileName())));
+        return std::make_shared<const Inspection>(fitter.Fit(points, progression));
+    };
+    QElapsedTimer timer;
+    timer.start();
+    const auto job = m_jobs.emplace(m_jobs.end());
+    const Threading::TaskListener task =
+        job->task.Launch(m_executor, TrString::NoTranslate(u"Reading %1"_s.arg(QFileInfo(file).fileName())),
+                         work, [this, file, timer](const std::shared_ptr<const Inspection>& inspection) {
+                             _Show(file, inspection, static_cast<double>(timer.elapsed()) / 1000.0);
+                         });
+    job->failed = task.OnTaskException(
+        onFailure ? std::move(onFailure) : [this](const auto& exception) { _ShowFailure(exception); });
+    job->finished = task.OnTaskFinished([this, job] { m_jobs.erase(job); });
 }
 
-void DeskWindow::_EndJob()
+void DeskWindow::_Show(const QString& file, const std::shared_ptr<const Inspection>& inspection,
+                       double seconds)
 {
-    if (m_isCancelled)
-        *m_isCancelled = true;
-    m_isCancelled.reset();
-    m_progress->hide();
-    statusBar()->clearMessage();
-}
-
-void DeskWindow::_Show(const QString& file, const std::shared_ptr<const Inspection>& inspection)
-{
-    _EndJob();
-    m_inspection = inspection;
-    QString text;
-    for (const auto& [name, value] : inspection->GetFigures())
-        text += u"<p>%1<br><b style='font-size: 22px'>%2</b></p>"_s.arg(name, value);
-    m_figures->setText(text);
     const QString name = QFileInfo(file).fileName();
-    setWindowTitle(u"%1 \u2013 %2"_s.arg(name, App::GetAppConfig().applicationTitle));
-    m_view->Show(inspection);
+    auto* view = static_cast<DeviationView*>(m_tabs->currentWidget());
+    if (!view || view->GetInspection())
+        view = static_cast<DeviationView*>(m_tabs->widget(m_tabs->addTab(new DeviationView, name)));
+    m_tabs->setTabText(m_tabs->indexOf(view), name);
+    m_tabs->setTabToolTip(m_tabs->indexOf(view), file);
+    m_tabs->setCurrentWidget(view);
+    QElapsedTimer timer;
+    timer.start();
+    view->Show(inspection);
+    _ShowFigures();
     statusBar()->showMessage(u"%1: %L2 points read, fitted and drawn in %3 s"_s.arg(name)
                                  .arg(inspection->flat.cols())
-                                 .arg(static_cast<double>(m_timer.elapsed()) / 1000.0, 0, 'f', 3));
+                                 .arg(seconds + static_cast<double>(timer.elapsed()) / 1000.0, 0, 'f', 3));
     App::Log(Log::Verbosity::Info, statusBar()->currentMessage());
+}
+
+void DeskWindow::_ShowFailure(const Exception::AppException& exception)
+{
+    const QString text = exception.GetMessage().ToString();
+    App::Log(Log::Verbosity::Error, text);
+    auto* const box = new QMessageBox(QMessageBox::Critical, windowTitle(), text, QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open(); // does not block: other files go on
+}
+
+void DeskWindow::_ShowFigures()
+{
+    const auto* const view = static_cast<const DeviationView*>(m_tabs->currentWidget());
+    if (!view || !view->GetInspection())
+        return m_figures->setText(u"Nothing inspected yet"_s);
+    QString text;
+    for (const auto& [name, value] : view->GetInspection()->GetFigures())
+        text += u"<p>%1<br><b style='font-size: 22px'>%2</b></p>"_s.arg(name, value);
+    m_figures->setText(text);
+}
+
+const Inspection* DeskWindow::FindInspection(const QString& file) const
+{
+    for (int index = m_tabs->count() - 1; index >= 0; --index)
+        if (m_tabs->tabToolTip(index) == file)
+            return static_cast<const DeviationView*>(m_tabs->widget(index))->GetInspection();
+    return nullptr;
 }
 
 void DeskWindow::dragEnterEvent(QDragEnterEvent* event)
@@ -128,5 +140,9 @@ void DeskWindow::dragEnterEvent(QDragEnterEvent* event)
         event->acceptProposedAction();
 }
 
-void DeskWindow::dropEvent(QDropEvent* event) { Inspect(event->mimeData()->urls().value(0).toLocalFile()); }
+void DeskWindow::dropEvent(QDropEvent* event)
+{
+    for (const QUrl& url : event->mimeData()->urls())
+        Inspect(url.toLocalFile());
+}
 } // namespace vek::Desk

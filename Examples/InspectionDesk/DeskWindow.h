@@ -1,52 +1,58 @@
 #pragma once
 #include "InspectionDesk/DeviationView.h"
 #include "VekAppCore/App/LogPanel.h"
-#include "VekAppCore/Threading/TaskExecutor.h"
-#include <QElapsedTimer>
+#include "VekAppCore/Threading/AsyncTask.h"
 #include <QLabel>
 #include <QMainWindow>
-#include <QProgressBar>
-#include <atomic>
+#include <QTabWidget>
+#include <list>
 
 namespace vek::Desk
 {
-/// The desk: inspects one file at a time on the worker pool and shows the result. Main thread only.
+/// The desk: inspects files on the worker pool, side by side, and shows each result in a tab. Main thread
+/// only.
 class DeskWindow : public QMainWindow
 {
 public:
+    using FailureCallback = std::function<void(const Exception::AppException& exception)>;
+
     /// @param executor  outlives the window.
     explicit DeskWindow(Threading::TaskExecutor& executor);
-    /// Ends a running inspection without waiting for it.
+    /// Cancels what is running without waiting for it.
     ~DeskWindow() override;
 
-    using FailureCallback = std::function<void(const std::exception_ptr& failure)>;
+    /// Starts to inspect a file.
+    /// @param onFailure  called where that fails; a message box unless given.
+    void Inspect(const QString& file, FailureCallback onFailure = {});
 
-    /// Starts to inspect a file, in place of a running inspection.
-    /// @param onFailure  called where that fails; the user is told of what it throws.
-    void Inspect(const QString& file, FailureCallback onFailure = std::rethrow_exception);
-
-    [[nodiscard]] bool IsBusy() const { return m_isCancelled != nullptr; }
+    [[nodiscard]] bool IsBusy() const { return !m_jobs.empty(); }
     /// The log is shown a little later than the rest.
     [[nodiscard]] bool IsResultLogged() const { return m_log->GetLineCount() > 0; }
-    /// The last one that succeeded; null before.
-    [[nodiscard]] std::shared_ptr<const Inspection> GetInspection() const { return m_inspection; }
+    /// The last one of that file; null without one.
+    [[nodiscard]] const Inspection* FindInspection(const QString& file) const;
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
-    void _AskForFile();
-    void _EndJob();
-    void _Show(const QString& file, const std::shared_ptr<const Inspection>& inspection);
+    /// An inspection that is running. It dies with the window, which then hears no more of it.
+    struct Job
+    {
+        Threading::AsyncTask task;
+        Connection failed;
+        Connection finished;
+    };
+
+    void _AskForFiles();
+    void _Show(const QString& file, const std::shared_ptr<const Inspection>& inspection, double seconds);
+    void _ShowFailure(const Exception::AppException& exception);
+    void _ShowFigures();
 
     Threading::TaskExecutor& m_executor;
-    DeviationView* const m_view;
-    QLabel* const m_figures;
+    QTabWidget* const m_tabs; ///< Of DeviationViews, named by their files.
+    QLabel* const m_figures;  ///< Of the current tab.
     App::LogPanel* const m_log;
-    QProgressBar* const m_progress;
-    std::shared_ptr<std::atomic<bool>> m_isCancelled; ///< Of the running inspection; null when there is none.
-    std::shared_ptr<const Inspection> m_inspection;
-    QElapsedTimer m_timer; ///< Since the last inspection was started.
+    std::list<Job> m_jobs;
 };
 } // namespace vek::Desk

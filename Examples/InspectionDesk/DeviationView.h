@@ -14,6 +14,8 @@ public:
 
     /// Draws at once.
     void Show(std::shared_ptr<const Inspection> inspection);
+    /// Null before the first one.
+    [[nodiscard]] const Inspection* GetInspection() const { return m_inspection.get(); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -22,8 +22,9 @@ struct Inspection
 class IPlaneFitter : public App::IService<IPlaneFitter>
 {
 public:
-    /// Takes the plane with the least sum of squared distances.
+    /// Takes the plane with the least sum of squared distances. Reports from percentOfReading on.
     /// @throws Exception::AppException  the points do not span a plane.
-    [[nodiscard]] virtual Inspection Fit(const PointCloud& points) const = 0;
+    [[nodiscard]] virtual Inspection Fit(const PointCloud& points,
+                                         Threading::IProgression& progression) const = 0;
 };
 } // namespace vek::Desk

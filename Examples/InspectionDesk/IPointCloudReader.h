@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/App/ServiceBase.h"
+#include "VekAppCore/Threading/IProgression.h"
 #include <Eigen/Core>
 #include <QStringList>
 #include <functional>
@@ -12,12 +13,12 @@ namespace vek::Desk
 /// Points in millimetres, all finite.
 using PointCloud = std::vector<Eigen::Vector3d>;
 
-/// Told now and then which part of the work is done, 0 to 1. What it throws ends the work.
-using Progress = std::function<void(double part)>;
+/// Reading is this part of an inspection.
+constexpr int percentOfReading = 80;
 
 /// Reads the whole content of a file. Any thread. It throws Exception::AppException where the content is not
 /// of the format; the name of the file is added to the message.
-using ReadFormat = std::function<PointCloud(std::string_view content, const Progress& progress)>;
+using ReadFormat = std::function<PointCloud(std::string_view content, Threading::IProgression& progression)>;
 
 /// Reads point clouds. A module adds a format by appending a callback to this interface's extension point:
 /// App::DeclarationSystem::GetInstance().Append<IPointCloudReader>([](IPointCloudReader& reader) {...});
@@ -32,6 +33,7 @@ public:
 
     /// Reads a file in the format that its extension tells. Any thread, once the application has started.
     /// @throws Exception::AppException  it cannot be read; the message names the file.
-    [[nodiscard]] virtual PointCloud Read(const QString& path, const Progress& progress) const = 0;
+    [[nodiscard]] virtual PointCloud Read(const QString& path,
+                                          Threading::IProgression& progression) const = 0;
 };
 } // namespace vek::Desk

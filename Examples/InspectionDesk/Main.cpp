@@ -61,16 +61,21 @@ int RunUnattended(App::ApplicationFrame& frame, DeskWindow& window, const QComma
     };
     window.setAttribute(Qt::WA_DontShowOnScreen);
     window.show();
-    const QString file = arguments.positionalArguments().first();
-    std::exception_ptr failure;
-    window.Inspect(file, [&failure](const std::exception_ptr& reason) { failure = reason; });
+    const QStringList files = arguments.positionalArguments();
+    std::optional<Exception::AppException> failure;
+    for (const QString& file : files)
+        window.Inspect(file, [&failure](const Exception::AppException& exception) { failure = exception; });
     waitUntil([&window] { return !window.IsBusy(); });
     if (failure)
-        std::rethrow_exception(failure);
+        throw Exception::AppException(*failure);
 
-    QString report = u"File                %1\n"_s.arg(QFileInfo(file).fileName());
-    for (const auto& [name, value] : window.GetInspection()->GetFigures())
-        report += name.leftJustified(20) + value + u'\n';
+    QString report;
+    for (const QString& file : files)
+    {
+        report += u"File                %1\n"_s.arg(QFileInfo(file).fileName());
+        for (const auto& [name, value] : window.FindInspection(file)->GetFigures())
+            report += name.leftJustified(20) + value + u'\n';
+    }
     std::fputs(qPrintable(report), stdout);
     if (arguments.isSet(u"report"_s))
         WriteFile(arguments.value(u"report"_s), report.toUtf8());
@@ -95,9 +100,9 @@ int Run(App::ApplicationFrame& frame, const QCommandLineParser& arguments)
     }
     const bool isUnattended = QGuiApplication::platformName() == u"offscreen" ||
                               arguments.isSet(u"report"_s) || arguments.isSet(u"screenshot"_s);
-    if (files.size() > 1 || (files.isEmpty() && isUnattended))
+    if (files.isEmpty() && isUnattended)
         throw Exception::AppException(
-            TrString::translate("InspectionDesk", "Expected one file to inspect; see --help"));
+            TrString::translate("InspectionDesk", "Expected a file to inspect; see --help"));
 
     DeskWindow window(frame.GetTaskExecutor());
     frame.SetMainWidget(&window);
@@ -107,8 +112,8 @@ int Run(App::ApplicationFrame& frame, const QCommandLineParser& arguments)
     QSettings settings(App::GetAppDataDir() + u"/InspectionDesk.ini"_s, QSettings::IniFormat);
     window.restoreGeometry(settings.value(u"Geometry"_s).toByteArray());
     window.show();
-    if (!files.isEmpty())
-        window.Inspect(files.first());
+    for (const QString& file : files)
+        window.Inspect(file);
     const int exitCode = QCoreApplication::exec();
     settings.setValue(u"Geometry"_s, window.saveGeometry());
     return exitCode;
@@ -126,7 +131,7 @@ int main(int argc, char** argv)
     QCommandLineParser arguments;
     arguments.setApplicationDescription(u"Shows how flat a plate is, from points measured on it."_s);
     arguments.addPositionalArgument(u"file"_s, u"The points: .xyz, .txt, .csv, or a plug-in's."_s,
-                                    u"[file]"_s);
+                                    u"[file...]"_s);
     arguments.addOptions(
         {{u"report"_s, u"Write the figures to <file> and exit."_s, u"file"_s},
          {u"screenshot"_s, u"Write a picture of the window (PNG) to <file> and exit."_s, u"file"_s},

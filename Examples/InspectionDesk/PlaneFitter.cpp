@@ -26,7 +26,7 @@ Eigen::Vector3d Orient(const Eigen::Vector3d& normal)
 class PlaneFitter final : public IPlaneFitter
 {
 public:
-    Inspection Fit(const PointCloud& points) const override
+    Inspection Fit(const PointCloud& points, Threading::IProgression& progression) const override
     {
         const auto count = static_cast<Eigen::Index>(points.size());
         const Eigen::Map<const Eigen::Matrix3Xd> matrix(points.empty() ? nullptr : points[0].data(), 3,
@@ -35,6 +35,7 @@ public:
         result.centre = matrix.rowwise().sum() / static_cast<double>(count);
         // Around the centre: far from the origin, squares of plain coordinates would swallow the form error.
         const Eigen::Matrix3Xd offsets = matrix.colwise() - result.centre;
+        progression.SetProgression(percentOfReading + 5); // may end the work
         const Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> solver(offsets * offsets.transpose());
         const double least = solver.eigenvalues()[1];
         const double most = solver.eigenvalues()[2];
@@ -51,7 +52,9 @@ public:
         axes.col(1) =
             result.normal.cross(isAcrossX ? Eigen::Vector3d::UnitY() : Eigen::Vector3d::UnitX()).normalized();
         axes.col(0) = axes.col(1).cross(axes.col(2));
+        progression.SetProgression(percentOfReading + 10);
         result.flat = axes.transpose() * offsets;
+        progression.SetProgression(percentOfReading + 15);
         result.lowest = result.flat.rowwise().minCoeff();
         result.highest = result.flat.rowwise().maxCoeff();
         result.standardDeviation = result.flat.row(2).norm() / std::sqrt(static_cast<double>(count));

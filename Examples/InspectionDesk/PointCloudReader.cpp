@@ -1,6 +1,7 @@
 #include "InspectionDesk/IPointCloudReader.h"
 #include "InspectionDesk/NumberText.h"
 #include "VekAppCore/App/RegisterService.h"
+#include "VekAppCore/Threading/StepProgression.h"
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
@@ -14,8 +15,10 @@ using namespace Qt::StringLiterals;
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t pointsPerStep = 8192;
 
-PointCloud ReadText(std::string_view content, const Progress& progress)
+PointCloud ReadText(std::string_view content, Threading::IProgression& progression)
 {
+    Threading::StepProgression bytes(progression, content.size(), 0, percentOfReading);
+    std::size_t told = 0;
     std::string_view rest = content;
     if (rest.starts_with(byteOrderMark))
         rest.remove_prefix(byteOrderMark.size());
@@ -32,7 +35,7 @@ PointCloud ReadText(std::string_view content, const Progress& progress)
             !text.empty() || !point.allFinite())
             FailReading(u"line %1: expected three numbers"_s.arg(line));
         if (points.size() % pointsPerStep == 0)
-            progress(1.0 - static_cast<double>(rest.size()) / static_cast<double>(content.size()));
+            bytes.Advance(content.size() - rest.size() - std::exchange(told, content.size() - rest.size()));
     }
     return points;
 }
@@ -49,7 +52,7 @@ public:
 
     QStringList GetExtensions() const override { return m_formats.keys(); }
 
-    PointCloud Read(const QString& path, const Progress& progress) const override
+    PointCloud Read(const QString& path, Threading::IProgression& progression) const override
     {
         const QFileInfo info(path);
         try
@@ -63,7 +66,7 @@ public:
             const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
             if (file.error() != QFile::NoError)
                 FailReading(file.errorString());
-            PointCloud points = read({content.cbegin(), content.cend()}, progress);
+            PointCloud points = read({content.cbegin(), content.cend()}, progression);
             if (points.empty())
                 FailReading(u"there are no points in it"_s);
             return points;

@@ -22,6 +22,24 @@ protected:
         return file.fileName();
     }
 
+    /// Keeps what is reported, and ends the work where it is cancelled.
+    struct Progress final : Threading::IProgression
+    {
+        void SetProgression(int value) override
+        {
+            values.push_back(value);
+            if (isCanceled)
+                throw Exception::E_Escape();
+        }
+        void SetTitle(const TrString&) override {}
+        void SetCanceled(bool canceled) override { isCanceled = canceled; }
+        [[nodiscard]] bool IsCanceled() const override { return isCanceled; }
+
+        std::vector<int> values;
+        bool isCanceled = false;
+    };
+
+    mutable Progress m_progress;
     const ScopedTempFolder m_folder;
     App::ApplicationFrame m_frame{App::AppConfiguration()};
 };

@@ -22,7 +22,8 @@ TEST_F(PlaneFitterTest, PlaneIsSeenAlongANormalThatHasARule)
         const double turn = x.cross(y).dot(normal);
         const Eigen::Vector3d up = 0.2 * normal; // two corners: the plane lies between, each 0.1 away from it
         const Inspection twist = App::Services().Require<IPlaneFitter>().Fit(
-            {centre - 2 * x - y + up, centre + 2 * x - y, centre + 2 * x + y + up, centre - 2 * x + y});
+            {centre - 2 * x - y + up, centre + 2 * x - y, centre + 2 * x + y + up, centre - 2 * x + y},
+            m_progress);
         EXPECT_LT((twist.normal - normal).norm(), 1e-7) << twist.normal.transpose();
         EXPECT_LT((twist.centre - centre - up / 2).norm(), 1e-7) << twist.centre.transpose();
         const Eigen::Vector3d side = twist.flat.col(1) - twist.flat.col(0);
@@ -42,6 +43,7 @@ TEST_F(PlaneFitterTest, RefusesPointsWithoutAPlane)
                                  {{1e300, 0, 0}, {0, 1e300, 0}, {0, 0, 1e300}}}; // squares that overflow
     const IPlaneFitter& fitter = App::Services().Require<IPlaneFitter>();
     for (const PointCloud& points : clouds)
-        EXPECT_THROW(static_cast<void>(fitter.Fit(points)), Exception::AppException) << points.size();
+        EXPECT_THROW(static_cast<void>(fitter.Fit(points, m_progress)), Exception::AppException)
+            << points.size();
 }
 } // namespace vek::Desk

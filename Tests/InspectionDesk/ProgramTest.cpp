@@ -61,8 +61,8 @@ TEST_F(ProgramTest, FailureIsOneLineAndTheExitCode)
     Write("bad.ply", "ply\nformat ascii 1.0\n");
     // The arguments and the beginning of the line.
     const std::pair<const char*, const char*> rows[] = {
-        {"--NoSettings", "Expected one file"}, // nobody is there to open one
-        {"good.xyz bad.xyz", "Expected one file"},
+        {"--NoSettings", "Expected a file"}, // nobody is there to open one
+        {"good.xyz bad.xyz good.xyz", "bad.xyz: line 2: expected three numbers"},
         {"none.xyz", "none.xyz: there is no such file"},
         {"./", "./: there is no such file"},
         {"bad.xyz --report r.txt", "bad.xyz: line 2: expected three numbers"},

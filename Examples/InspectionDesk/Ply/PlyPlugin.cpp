@@ -2,6 +2,7 @@
 #include "InspectionDesk/NumberText.h"
 #include "VekAppCore/App/DeclarationSystem.h"
 #include "VekAppCore/App/InitExtension.h"
+#include "VekAppCore/Threading/StepProgression.h"
 #include <QByteArrayList>
 #include <QMap>
 #include <bit>
@@ -116,8 +117,10 @@ bool TakeRow(std::string_view& bytes, const Element& element, Eigen::Vector3d& p
 }
 
 /// The vertices of an ASCII or binary little-endian file. All else in it is skipped, and must be whole.
-PointCloud ReadPly(std::string_view content, const Progress& progress)
+PointCloud ReadPly(std::string_view content, Threading::IProgression& progression)
 {
+    Threading::StepProgression bytes(progression, content.size(), 0, percentOfReading);
+    std::size_t told = 0;
     std::string_view rest = content;
     bool isBinary = false;
     const std::vector<Element> elements = TakeHeader(rest, isBinary);
@@ -141,7 +144,8 @@ PointCloud ReadPly(std::string_view content, const Progress& progress)
             if (isVertex)
                 points.push_back(point);
             if (row % rowsPerStep == 0)
-                progress(1.0 - static_cast<double>(rest.size()) / static_cast<double>(content.size()));
+                bytes.Advance(content.size() - rest.size() -
+                              std::exchange(told, content.size() - rest.size()));
         }
     }
     if (!rest.empty())
