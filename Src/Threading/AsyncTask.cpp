@@ -8,20 +8,18 @@ namespace
 {
 // What a listener throws neither ends the task nor silences the listeners behind it.
 template <typename... Args>
-std::move_only_function<void(Args...)>
-MakeSafe(std::function<void(Args...)> callback,
-         const std::source_location& where = std::source_location::current())
+std::move_only_function<void(Args...)> MakeSafe(std::function<void(Args...)> callback)
 {
     if (!callback)
         return {};
-    return App::SafeCallable(std::move(callback), where);
+    return App::SafeCallable(std::move(callback));
 }
 
 TrString UnknownError() { return TrString::translate("CmdBase", "An unknown error occurred"); }
 
-Signal<void(const RunningTaskChecker*, const TaskListener&)>& TaskLaunched()
+Signal<void(const std::shared_ptr<RunningTaskChecker>&, const TaskListener&)>& TaskLaunched()
 {
-    static Signal<void(const RunningTaskChecker*, const TaskListener&)> signal;
+    static Signal<void(const std::shared_ptr<RunningTaskChecker>&, const TaskListener&)> signal;
     return signal;
 }
 } // namespace
@@ -87,6 +85,12 @@ void TaskAwaiterImplBase::Cancel()
         task->Cancel();
 }
 
+bool TaskAwaiterImplBase::IsCanceled() const noexcept
+{
+    const auto task = m_task.lock();
+    return task && task->IsCanceled();
+}
+
 void TaskAwaiterImplBase::Wait()
 {
     const auto self = weak_from_this().lock(); // what runs meanwhile may drop it
@@ -141,27 +145,50 @@ void TaskAwaiterImplBase::HandleException()
 
 void TaskAwaiterImplBase::_EmitSucceeded() { m_succeeded.Emit(); }
 
-LaunchedTask::~LaunchedTask()
+namespace
 {
-    if (const auto awaiter = m_awaiter.lock(); awaiter && !awaiter->m_isFinished)
-        _GetExecutor().PostEvent([awaiter] {
-            if (!awaiter->m_isFinished)
-                awaiter->OnFinished();
-        });
-}
+/// What a task executor gets of a task.
+class Execution : public AllocatedObject
+{
+public:
+    explicit Execution(std::shared_ptr<LaunchedTask> task)
+        : m_state(std::allocate_shared<State>(Allocator<State>(), std::move(task)))
+    {}
+    void operator()() { TaskImplBase::ExecuteAndRelease(std::move(m_state->task)); }
+
+private:
+    /// Apart, since a function can be copied: what counts is that none of its copies has run.
+    struct State
+    {
+        explicit State(std::shared_ptr<LaunchedTask> launched) : task(std::move(launched)) {}
+        State(const State&) = delete;
+        State& operator=(const State&) = delete;
+        ~State()
+        {
+            if (!task)
+                return;
+            try
+            {
+                TaskImplBase::Release(std::move(task));
+            }
+            catch (...)
+            {
+                // No memory: nobody hears of the end, but the task counts as finished.
+            }
+        }
+        std::shared_ptr<LaunchedTask> task; ///< Null once it runs.
+    };
+    std::shared_ptr<State> m_state;
+};
+} // namespace
 
 TaskListener StartTask(TaskExecutor& executor, std::shared_ptr<LaunchedTask> task,
                        const std::shared_ptr<TaskAwaiterImplBase>& awaiter)
 {
     TaskListener listener(awaiter);
+    executor.ExecuteAsync(Execution(std::move(task)));
     if (TaskLaunched().HasConnections())
-        TaskLaunched().Emit(executor.GetRunningTaskChecker().get(), listener);
-    struct Execution : AllocatedObject
-    {
-        std::shared_ptr<LaunchedTask> task;
-        void operator()() { TaskImplBase::ExecuteAndRelease(std::move(task)); }
-    };
-    executor.ExecuteAsync(Execution{{}, std::move(task)});
+        TaskLaunched().Emit(executor.GetRunningTaskChecker(), listener);
     return listener;
 }
 } // namespace Details
@@ -252,15 +279,15 @@ void HandleFutureException()
 Connection OnTaskLaunched(TaskExecutor& executor, std::function<void(const TaskListener&)> callback)
 {
     return TaskLaunched().Connect(
-        [checker = executor.GetRunningTaskChecker(), callback = MakeSafe(std::move(callback))](
-            const RunningTaskChecker* launched, const TaskListener& listener) mutable {
-            if (launched == checker.get() && callback)
+        [checker = std::weak_ptr(executor.GetRunningTaskChecker()), callback = MakeSafe(std::move(callback))](
+            const std::shared_ptr<RunningTaskChecker>& launched, const TaskListener& listener) mutable {
+            if (launched && launched == checker.lock() && callback)
                 callback(listener);
         });
 }
 
 AsyncTask::AsyncTask() = default;
-AsyncTask::~AsyncTask() = default;
+AsyncTask::~AsyncTask() { _SetCurrent(nullptr); }
 
 void AsyncTask::Cancel()
 {
@@ -268,7 +295,7 @@ void AsyncTask::Cancel()
         m_awaiter->Cancel();
 }
 
-void AsyncTask::Terminate() { m_awaiter.reset(); }
+void AsyncTask::Terminate() { _SetCurrent(nullptr); }
 
 void AsyncTask::Wait()
 {
@@ -278,14 +305,13 @@ void AsyncTask::Wait()
 
 bool AsyncTask::IsTaskFinished() const { return !m_awaiter || m_awaiter->IsTaskFinished(); }
 
+bool AsyncTask::IsCanceled() const { return m_awaiter && m_awaiter->IsCanceled(); }
+
 void AsyncTask::OnNewTask(const TaskListener&) {}
 
-TaskListener AsyncTask::_Start(TaskExecutor& executor, const std::shared_ptr<Details::LaunchedTask>& task,
-                               const std::shared_ptr<Details::TaskAwaiterImplBase>& awaiter)
+void AsyncTask::_SetCurrent(std::shared_ptr<Details::TaskAwaiterImplBase> awaiter)
 {
-    m_awaiter = awaiter;
-    const TaskListener listener = Details::StartTask(executor, task, awaiter);
-    OnNewTask(listener);
-    return listener;
+    if (const auto before = std::exchange(m_awaiter, std::move(awaiter)))
+        before->DropThen();
 }
 } // namespace vek::Threading

@@ -99,7 +99,11 @@ void EventQueue::ProcessEvents(EEventToTreat what)
 
 void EventQueue::Clear()
 {
-    for (Entry entry; m_impl->entries.try_pop(entry);)
-    {}
+    bool isPopped = true;
+    while (isPopped)
+    {
+        Entry entry; // dies before the next is looked for: what it holds may post
+        isPopped = m_impl->entries.try_pop(entry);
+    }
 }
 } // namespace vek::Threading

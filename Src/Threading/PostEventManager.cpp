@@ -3,6 +3,8 @@
 #include "VekAppCore/Threading/VekQFuncEvent.h"
 #include "VekBase/RawPtr.h"
 #include <QCoreApplication>
+#include <mutex>
+#include <shared_mutex>
 
 namespace vek::Threading
 {
@@ -24,6 +26,20 @@ public:
 private:
     const RawPtr<PostEventManager> m_manager;
 };
+
+std::shared_mutex g_applicationMutex; // others may post while the application object dies
+bool g_isApplicationAlive = false;
+
+void OnApplicationStart()
+{
+    const std::lock_guard lock(g_applicationMutex);
+    g_isApplicationAlive = true;
+    qAddPostRoutine([] {
+        const std::lock_guard end(g_applicationMutex);
+        g_isApplicationAlive = false;
+    });
+}
+Q_COREAPP_STARTUP_FUNCTION(OnApplicationStart)
 } // namespace
 
 PostEventManager::PostEventManager() = default;
@@ -33,10 +49,10 @@ int PostEventManager::PostEvent(const std::shared_ptr<IEvent>& event, const std:
 {
     if (const int result = EventQueue::PostEvent(event, where); result != 0)
         return result;
-    QCoreApplication* const application = QCoreApplication::instance();
-    if (!application)
+    const std::shared_lock lock(g_applicationMutex);
+    if (!g_isApplicationAlive)
         return 1;
-    QCoreApplication::postEvent(application, new WakeUp(*this));
+    QCoreApplication::postEvent(QCoreApplication::instance(), new WakeUp(*this));
     return 0;
 }
 } // namespace vek::Threading

@@ -26,7 +26,14 @@ void SeededExecutor::WaitUntil(const std::function<bool()>& predicate, EEventToT
         _RunPosted();
 }
 
-void SeededExecutor::Clear() { m_posted.clear(); }
+void SeededExecutor::Clear()
+{
+    while (!m_posted.empty())
+    {
+        const std::function<void()> dropped = std::move(m_posted.front());
+        m_posted.pop_front(); // first, since what dies with it may post
+    }
+}
 
 void SeededExecutor::ExecuteAsync(std::function<void()> function) { m_async.push_back(std::move(function)); }
 
@@ -73,6 +80,7 @@ void SeededExecutor::_RunAsync(std::size_t index)
     {
         if (!m_exception)
             m_exception = std::current_exception();
+        const auto dropped = std::exchange(m_async, {});
     }
 }
 

@@ -32,7 +32,7 @@ void StepProgression::_Report(std::uint64_t done)
         throw Exception::E_Escape();
     const std::lock_guard lock(m_mutex);
     const int before = m_part;
-    while (_GetFirstStepOf(m_part + 1) <= done)
+    while (m_part < m_last - m_first && _GetFirstStepOf(m_part + 1) <= done)
         ++m_part;
     if (m_part == before)
         return;

@@ -44,6 +44,11 @@ void TaskImplBase::Execute()
 void TaskImplBase::ExecuteAndRelease(std::shared_ptr<TaskImplBase> task)
 {
     task->_ExecuteWork();
+    Release(std::move(task));
+}
+
+void TaskImplBase::Release(std::shared_ptr<TaskImplBase> task)
+{
     const EventExecutor executor = task->m_executor;
     auto& finished = task->m_finished;
     executor.PostEvent(Emission<>{{}, std::move(task), finished, {}});

@@ -65,6 +65,7 @@ TaskProgressWidget::Impl::Impl(TaskProgressWidget& owner, const TaskListener& sh
     bar.setRange(0, 0);
     bar.setFixedWidth(barWidth);
     titleLabel.setMaximumWidth(titleWidth);
+    titleLabel.setTextFormat(Qt::PlainText); // a file name may hold what looks like a tag
     cancelButton.setAutoRaise(true);
     cancelButton.setIcon(widget.style()->standardIcon(QStyle::SP_DialogCancelButton));
     connect(&cancelButton, &QToolButton::clicked, &widget, App::SafeCallable([this] {
@@ -94,7 +95,7 @@ void TaskProgressWidget::Impl::OnProgression(int value)
     bar.setValue(value);
     const int done = bar.value() - firstPercent;
     remaining.reset();
-    if (done > 0)
+    if (done > 0 && bar.value() < bar.maximum())
         remaining = FormatRemaining((now - *firstTime) * (100 - bar.value()) / done);
     Render();
 }
@@ -112,7 +113,7 @@ void TaskProgressWidget::Impl::Render()
 {
     const QString text = title.ToString();
     titleLabel.setText(titleLabel.fontMetrics().elidedText(text, Qt::ElideMiddle, titleWidth));
-    titleLabel.setToolTip(text);
+    titleLabel.setToolTip(QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped()));
     remainingLabel.setText(remaining ? remaining->ToString() : QString());
     cancelButton.setToolTip(TrString::translate("TaskProgressWidget", "Cancel").ToString());
 }

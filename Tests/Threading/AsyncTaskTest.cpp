@@ -3,6 +3,8 @@
 #include "VekAppCore/Threading/SeededExecutor.h"
 #include "VekBase/Multithread.h"
 #include <QThread>
+#include <algorithm>
+#include <array>
 #include <gtest/gtest.h>
 
 namespace vek::Threading
@@ -14,6 +16,13 @@ using Exception::E_Escape;
 
 const TrString title = TrString::NoTranslate("Task");
 const QString unknown = "An unknown error occurred";
+
+void ExpectLocation(const AppException& exception, const char* function)
+{
+    const std::string file = exception.GetLocation().file_name();
+    EXPECT_TRUE(file.ends_with("Src/Threading/AsyncTask.cpp")) << file;
+    EXPECT_NE(std::string(exception.GetLocation().function_name()).find(function), std::string::npos);
+}
 
 /// Writes down what a listener hears, in order.
 struct Recorder
@@ -27,10 +36,7 @@ struct Recorder
             const QString message = exception.GetMessage().ToString();
             add(message);
             if (message == unknown)
-            {
-                EXPECT_TRUE(QLatin1String(exception.GetLocation().file_name())
-                                .endsWith(QLatin1String("Src/Threading/AsyncTask.cpp")));
-            }
+                ExpectLocation(exception, "HandleException");
         }));
         connections.push_back(task.OnTaskFinished([add] { add("finished"); }));
         connections.push_back(task.OnProgressionChanged([add](int value) { add(QString::number(value)); }));
@@ -162,13 +168,27 @@ TEST_F(TaskTest, ThrowingListenerIsReportedAndSilencesNobody)
 {
     const TestSupport::NotificationRecorder notifications;
     const TestSupport::LogRecorder log;
-    const TaskListener task = Launch(Report);
-    const Connection thrower = task.OnTaskSucceeded(Throw<AppException>, SignalBase::EPriority(1));
-    const Connection another = task.OnProgressionChanged([](int) { Throw<int>(); });
-    const Recorder recorder(task);
-    seeded->RunAll();
-    EXPECT_EQ(recorder.heard, QStringList({"title: Half", "50", "100", "succeeded", "finished"}));
-    EXPECT_EQ(notifications.messages.size(), 3U);
+    const Connection launched = OnTaskLaunched(executor, [](const TaskListener&) { Throw<int>(); });
+    for (const auto work : {Report, ThrowInWork<E_Escape>, ThrowInWork<AppException>})
+    {
+        const TaskListener task = Launch(work);
+        const Recorder recorder(task);
+        const auto first = SignalBase::EPriority(1); // connected late, called first
+        const std::array throwers{task.OnTaskSucceeded(Throw<int>, first),
+                                  task.OnTaskCanceled(Throw<int>, first),
+                                  task.OnTaskException([](const AppException&) { Throw<int>(); }, first),
+                                  task.OnTaskFinished(
+                                      [&recorder] {
+                                          EXPECT_FALSE(recorder.heard.contains("finished"));
+                                          Throw<int>();
+                                      },
+                                      first),
+                                  task.OnProgressionChanged([](int) { Throw<int>(); }),
+                                  task.OnTitleChanged([](const TrString&) { Throw<int>(); })};
+        seeded->RunAll();
+        EXPECT_EQ(recorder.heard.last(), "finished");
+    }
+    EXPECT_EQ(notifications.messages.size(), 3U + 3U * 2U + 3U); // launches, ends, reports
 }
 
 TEST_F(TaskTest, ListenersSayWhetherTheyAreTooLate)
@@ -212,6 +232,7 @@ TEST_F(TaskTest, TaskThatIsDroppedBeforeItRunsEndsAsCanceled)
     TaskExecutor dropping(dropper);
     auto [task, future] = LaunchFuture(dropping, title, [] { return 1; });
     const Recorder recorder(task);
+    EXPECT_FALSE(task.IsTaskFinished()); // its end is on the way
     for (auto& function : std::exchange(dropper->posted, {}))
         function();
     EXPECT_EQ(recorder.heard, QStringList({"canceled", "finished"}));
@@ -247,10 +268,7 @@ TEST_P(FutureException, IsTranslated)
     catch (const Exception::InternalAppException& exception)
     {
         thrown = std::string("internal: ") + exception.what();
-        const std::string file = exception.GetLocation().file_name();
-        EXPECT_TRUE(file.ends_with("Src/Threading/AsyncTask.cpp")) << file;
-        EXPECT_NE(std::string(exception.GetLocation().function_name()).find("HandleFutureException"),
-                  std::string::npos);
+        ExpectLocation(exception, "HandleFutureException");
     }
     catch (const AppException& exception)
     {
@@ -276,7 +294,51 @@ struct Owner : AsyncTask
     std::vector<TaskListener> launched;
 };
 
-TEST_F(TaskTest, OwnerCancelsWaitsForAndDropsTheCurrentTask)
+enum class EDrop
+{
+    Terminate,
+    Launch,
+    Death,
+};
+class DroppedTask : public TaskTest, public testing::WithParamInterface<EDrop>
+{};
+
+TEST_P(DroppedTask, RunsToItsEndForOthersButDoesNotContinue)
+{
+    for (int stepCount = 0; stepCount < 4; ++stepCount) // of what is queued, before it is dropped
+    {
+        auto owner = std::make_unique<Owner>();
+        bool hasContinued = false;
+        owner->Launch(executor, title, Report, [&hasContinued] { hasContinued = true; });
+        const Recorder recorder(owner->launched.back());
+        owner->launched.clear(); // connections are enough to hear
+        for (int step = 0; step < stepCount; ++step)
+            seeded->RunOne();
+        switch (GetParam())
+        {
+        case EDrop::Terminate: owner->Terminate(); break;
+        case EDrop::Launch: owner->Launch(executor, title, Report); break;
+        case EDrop::Death: owner.reset(); break;
+        }
+        seeded->RunAll();
+        EXPECT_EQ(recorder.heard, QStringList({"title: Half", "50", "100", "succeeded", "finished"}));
+        EXPECT_FALSE(hasContinued);
+    }
+}
+INSTANTIATE_TEST_SUITE_P(Ways, DroppedTask, testing::Values(EDrop::Terminate, EDrop::Launch, EDrop::Death));
+
+TEST_F(TaskTest, OwnerDiesWhileItWaits)
+{
+    auto owner = std::make_unique<Owner>();
+    bool hasContinued = false;
+    owner->Launch(executor, title, Report, [&hasContinued] { hasContinued = true; });
+    const Connection titleChanged =
+        owner->launched.back().OnTitleChanged([&owner](const TrString&) { owner.reset(); });
+    owner->Wait();
+    EXPECT_FALSE(owner || hasContinued);
+}
+
+TEST_F(TaskTest, OwnerCancelsAndWaitsForTheCurrentTask)
 {
     Owner owner;
     EXPECT_TRUE(owner.IsTaskFinished());
@@ -298,18 +360,17 @@ TEST_F(TaskTest, OwnerCancelsWaitsForAndDropsTheCurrentTask)
     owner.Cancel();
     owner.Wait();
     EXPECT_EQ(canceled.heard.last(2), QStringList({"canceled", "finished"}));
+    EXPECT_EQ(thenCount, 1);
 
-    owner.Launch(executor, title, Report, then);
-    owner.launched.clear(); // nobody else listens
+    bool isCanceled = false;
+    owner.Launch(
+        executor, title, [] {}, [&] { isCanceled = owner.IsCanceled(); });
+    EXPECT_FALSE(owner.IsCanceled());
+    owner.Cancel(); // the work does not report, and succeeds
+    owner.Wait();
+    EXPECT_TRUE(isCanceled);
     owner.Terminate();
     EXPECT_TRUE(owner.IsTaskFinished());
-    owner.Launch(executor, title, Report, then);
-    const Recorder replaced(owner.launched.back());
-    owner.Launch(executor, title, Report); // others still hear of the task that it drops
-    owner.Terminate();
-    seeded->RunAll();
-    EXPECT_EQ(replaced.heard.last(2), QStringList({"succeeded", "finished"}));
-    EXPECT_EQ(thenCount, 2);
 }
 
 TEST_F(TaskTest, ContinuationMayDestroyTheOwnerWaitAndLaunchTheNext)
@@ -335,14 +396,43 @@ TEST_F(TaskTest, ContinuationMayDestroyTheOwnerWaitAndLaunchTheNext)
     EXPECT_EQ(order, QStringList({"1", "2", "inner", "end"}));
 }
 
-TEST_F(TaskTest, WithoutASharedPointerExecuteIsRefused)
+TEST_F(TaskTest, BasesEmitStartAndEndAroundWhateverIsThrown)
 {
-    struct Unowned final : public Details::TaskImplBase
+    struct Task final : public Details::TaskImplBase
     {
         using TaskImplBase::TaskImplBase;
-        void Run(IProgression&) override {}
+        void Run(IProgression& progression) override
+        {
+            progression.SetProgression(50);
+            throw 1;
+        }
     };
-    EXPECT_THROW(Unowned(executor, title).Execute(), std::bad_weak_ptr);
+    struct Awaiter final : public Details::TaskAwaiterImplBase
+    {
+        using TaskAwaiterImplBase::TaskAwaiterImplBase;
+        void RunThen() override { throw 1; }
+    };
+    EXPECT_THROW(Task(executor, title).Execute(), std::bad_weak_ptr);
+
+    auto task = std::make_shared<Task>(executor, title);
+    const auto awaiter = std::make_shared<Awaiter>(*task, executor, title);
+    QStringList heard;
+    const std::array connections{
+        awaiter->OnTaskStarted([&] { heard += "started"; }),
+        awaiter->OnProgressionChanged([&](int) { heard += "progression"; }),
+        awaiter->OnTaskFinished([&] { heard += "finished"; }),
+    };
+    task->Execute();
+    EXPECT_TRUE(heard.isEmpty()); // posted
+    awaiter->Wait();
+    EXPECT_EQ(heard, QStringList({"started", "progression", "finished"}));
+
+    task = std::make_shared<Task>(executor, title);
+    const auto orphan = std::make_shared<Awaiter>(*task, executor, title);
+    EXPECT_FALSE(orphan->IsTaskFinished());
+    task.reset();
+    orphan->Wait(); // at once: the task is gone
+    EXPECT_TRUE(orphan->IsTaskFinished());
 }
 
 // What follows runs on threads.
@@ -407,15 +497,45 @@ TEST(TaskThreads, CancelReachesRunningWork)
     TaskExecutor executor;
     for (int round = 0; round < 100; ++round)
     {
-        Owner owner;
-        owner.Launch(executor, title, [](IProgression& progression) {
-            for (;;)
+        std::atomic<bool> isRunning = false;
+        const TaskListener task = LaunchTask(executor, title, [&isRunning](IProgression& progression) {
+            isRunning = true;
+            const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+            while (std::chrono::steady_clock::now() < deadline)
                 progression.SetProgression(1);
         });
-        const Recorder recorder(owner.launched.back());
-        owner.Cancel(); // before, while or after the work begins
-        owner.Wait();
+        const Recorder recorder(task);
+        while (round % 2 == 0 && !isRunning) // otherwise before, while or after it begins
+            QThread::yieldCurrentThread();
+        task.Cancel();
+        task.Wait();
         ASSERT_EQ(recorder.heard.last(2), QStringList({"canceled", "finished"}));
+    }
+}
+
+TEST(TaskThreads, TasksThatAFailureOfThePoolDropsEndAndDieOnTheMainThread)
+{
+    QThread* const main = QThread::currentThread();
+    for (int round = 0; round < 20; ++round)
+    {
+        TaskExecutor executor;
+        std::vector<Owner> owners(500);
+        std::vector<QThread*> died(owners.size());
+        std::size_t finishedCount = 0;
+        std::vector<Connection> connections;
+        executor.ExecuteAsync([] { throw std::runtime_error("refused"); });
+        for (std::size_t i = 0; i < owners.size(); ++i)
+        {
+            owners[i].Launch(
+                executor, title, [] {}, [mortal = Mortal(died[i])] {});
+            connections.push_back(owners[i].launched.back().OnTaskFinished([&] { ++finishedCount; }));
+            owners[i].launched.clear();
+            if (i % 2 == 0)
+                owners[i].Terminate();
+        }
+        ASSERT_TRUE(TestSupport::WaitFor([&] { return finishedCount == owners.size(); }));
+        ASSERT_EQ(std::ranges::count(died, main), std::ssize(died));
+        const TestSupport::NotificationRecorder notifications; // the failure, when the executor dies
     }
 }
 } // namespace

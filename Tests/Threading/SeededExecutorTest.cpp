@@ -26,6 +26,7 @@ std::string RunAll(std::uint32_t seed)
 
 TEST(SeededExecutor, DrawsEveryOrderFromItsSeedAndPostedOnesStayInTheirs)
 {
+    std::set<std::string> mixes;
     std::set<std::string> poolOrders;
     for (std::uint32_t seed = 0; seed < 500; ++seed)
     {
@@ -37,8 +38,13 @@ TEST(SeededExecutor, DrawsEveryOrderFromItsSeedAndPostedOnesStayInTheirs)
             (std::islower(name) ? pool : posted) += static_cast<char>(std::tolower(name));
         ASSERT_EQ(posted, '.' + pool); // first in, first out
         poolOrders.insert(pool);
+        std::string mix;
+        for (const char name : order)
+            mix += std::islower(name) ? '-' : 'P';
+        mixes.insert(mix);
     }
     EXPECT_EQ(poolOrders.size(), 24U);
+    EXPECT_TRUE(mixes.contains("P-P-P-P-P") && mixes.contains("----PPPPP"));
 }
 
 TEST(SeededExecutor, RefusesToWaitForWhatNothingCanBringAbout)
@@ -56,7 +62,7 @@ TEST(SeededExecutor, RefusesToWaitForWhatNothingCanBringAbout)
     seeded->RunAll();
 }
 
-TEST(SeededExecutor, WaitForAllRunsThePoolOnlyAndLetsTheFirstExceptionOut)
+TEST(SeededExecutor, WaitForAllRunsThePoolUntilOneThrows)
 {
     SeededExecutor seeded(1);
     int runCount = 0;
@@ -67,8 +73,18 @@ TEST(SeededExecutor, WaitForAllRunsThePoolOnlyAndLetsTheFirstExceptionOut)
         });
     seeded.PostEvent([] { FAIL(); }, std::source_location::current());
     EXPECT_THROW(seeded.WaitForAll(), std::runtime_error);
-    EXPECT_EQ(runCount, 3);
+    EXPECT_EQ(runCount, 1);
     seeded.WaitForAll();
+}
+
+TEST(SeededExecutor, ClearDropsWhatDroppingPosts)
+{
+    SeededExecutor seeded(1);
+    auto posts = std::shared_ptr<void>(
+        nullptr, [&seeded](void*) { seeded.PostEvent([] { FAIL(); }, std::source_location::current()); });
+    seeded.PostEvent([posts = std::move(posts)] { FAIL(); }, std::source_location::current());
+    seeded.Clear();
+    EXPECT_FALSE(seeded.RunOne());
 }
 } // namespace
 } // namespace vek::Threading

@@ -54,7 +54,8 @@ INSTANTIATE_TEST_SUITE_P(
                     StepCase{"division by no steps", 0, 0, 100, {1, 1}, {}},
                     StepCase{"range ignored", 4, 40, 60, {1, 1, 1, 1}, {45, 50, 55, 60}},
                     StepCase{"empty range divided by", 4, 50, 50, {4}, {}},
-                    StepCase{"product overflows", most, 0, 100, {most / 2 + 1, most / 4 + 1}, {50, 75}}));
+                    StepCase{"product overflows", most, 0, 100, {most / 2 + 1, most / 4 + 1}, {50, 75}},
+                    StepCase{"runs on behind the last step", most, 0, 100, {most}, {100}}));
 
 TEST(StepProgression, ParallelStepsReportInOrder)
 {

@@ -1,8 +1,12 @@
 #include "VekAppCore/Threading/TaskProgressWidget.h"
+#include "VekAppCore/App/Translations.h"
 #include "VekAppCore/Threading/AsyncTask.h"
 #include "VekAppCore/Threading/SeededExecutor.h"
 #include "VekAppCore/Threading/TaskStatusBar.h"
+#include <QCoreApplication>
+#include <QEvent>
 #include <QLabel>
+#include <QLocale>
 #include <QProgressBar>
 #include <QToolButton>
 #include <gtest/gtest.h>
@@ -49,24 +53,33 @@ TEST_F(TaskWidgets, ProgressWidgetShowsWhatTheTaskTells)
     EXPECT_FALSE(button->isEnabled());
 }
 
-TEST_F(TaskWidgets, ButtonCancelsTheTask)
+TEST_F(TaskWidgets, ButtonCancelsTheTaskOnceAndSpeaksTheLanguage)
 {
-    const TaskListener task =
-        LaunchTask(executor, TrString(), [](IProgression& progression) { progression.SetProgression(1); });
+    const TaskListener task = LaunchTask(executor, TrString::NoTranslate("<b>"),
+                                         [](IProgression& progression) { progression.SetProgression(1); });
     bool isCanceled = false;
     const Connection canceled = task.OnTaskCanceled([&] { isCanceled = true; });
-    const TaskProgressWidget widget(task);
-    widget.findChild<QToolButton*>()->click();
+    TaskProgressWidget widget(task);
+    EXPECT_EQ(widget.findChild<QLabel*>()->textFormat(), Qt::PlainText);
+    EXPECT_EQ(widget.findChild<QLabel*>()->toolTip(), "<p>&lt;b&gt;</p>");
+    auto* const button = widget.findChild<QToolButton*>();
+    App::InstallTranslations(QLocale(QLocale::French));
+    QEvent change(QEvent::LanguageChange);
+    QCoreApplication::sendEvent(&widget, &change);
+    EXPECT_EQ(button->toolTip(), "Annuler");
+    App::InstallTranslations(QLocale(QLocale::C));
+    button->click();
+    EXPECT_FALSE(button->isEnabled());
     seeded->RunAll();
     EXPECT_TRUE(isCanceled);
 }
 
 TEST_F(TaskWidgets, StatusBarShowsTheTasksThatRun)
 {
-    TaskStatusBar bar(executor);
+    auto bar = std::make_unique<TaskStatusBar>(executor);
     const auto getTasks = [&bar] {
         QStringList titles;
-        for (const QObject* const child : bar.children())
+        for (const QObject* const child : bar->children())
             if (const auto* const widget = dynamic_cast<const TaskProgressWidget*>(child))
                 titles += widget->GetTask().GetTitle().ToString();
         return titles;
@@ -76,11 +89,14 @@ TEST_F(TaskWidgets, StatusBarShowsTheTasksThatRun)
     EXPECT_EQ(getTasks(), QStringList({"a", "b"}));
     const auto anotherSeeded = std::make_shared<SeededExecutor>(1);
     TaskExecutor another(anotherSeeded);
-    LaunchTask(another, TrString::NoTranslate("c"), [] {});
+    const TaskListener added = LaunchTask(another, TrString::NoTranslate("c"), [] {});
     EXPECT_EQ(getTasks(), QStringList({"a", "b"}));
-    anotherSeeded->RunAll();
+    bar->Add(added);
+    EXPECT_EQ(getTasks(), QStringList({"a", "b", "c"}));
     seeded->RunAll();
-    EXPECT_EQ(getTasks(), QStringList());
+    EXPECT_EQ(getTasks(), QStringList("c"));
+    bar.reset(); // before the task ends
+    anotherSeeded->RunAll();
 }
 } // namespace
 } // namespace vek::Threading

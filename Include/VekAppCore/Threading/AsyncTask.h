@@ -16,7 +16,6 @@ template <typename Work, typename Then = Details::NoThen>
 TaskListener LaunchTask(TaskExecutor& executor, const TrString& title, Work work, Then then = {})
 {
     const auto task = Details::MakeTask(executor, title, std::move(work), std::move(then));
-    task.first->KeepAwaiter(task.second);
     return Details::StartTask(executor, task.first, task.second);
 }
 
@@ -61,16 +60,18 @@ FutureTask<Details::WorkResult<Work>> LaunchFuture(TaskExecutor& executor, const
 }
 
 /// To be called in the handler of a try block that reads a future of a task.
-/// @throws Exception::AppException  the exception in flight is one, or an InternalAppException with its text.
-/// @throws Exception::E_Escape  the task was cancelled, or dropped before it had run.
+/// @throws Exception::E_Escape  the future was abandoned: the task was cancelled, or dropped before it had
+/// run.
+/// @throws Exception::AppException  the exception in flight is one; an InternalAppException for any other.
 [[noreturn]] VEKAPPCORE_EXPORT void HandleFutureException();
 
-/// Calls @p callback for every task launched on @p executor from now on. Main thread only.
+/// Calls @p callback behind the launch of every task on @p executor from now on. Main thread only.
 [[nodiscard]] VEKAPPCORE_EXPORT Connection OnTaskLaunched(TaskExecutor& executor,
                                                           std::function<void(const TaskListener&)> callback);
 
 /// The owner of one task at a time, usually a member of the object that the task works for. When the owner
-/// dies, a running task goes on to its end, but its continuation is not called any more. Main thread only.
+/// dies, a running task goes on to its end, but its continuation is not called any more; others who listen to
+/// it still hear how it ends. Main thread only.
 class VEKAPPCORE_EXPORT AsyncTask
 {
 public:
@@ -79,19 +80,22 @@ public:
     AsyncTask& operator=(const AsyncTask&) = delete;
     virtual ~AsyncTask();
 
-    /// As LaunchTask, and makes the task the current one. The one before is dropped, as by Terminate.
+    /// As LaunchTask, and makes the task the current one. The continuation of the one before is not called
+    /// any more.
     template <typename Work, typename Then = Details::NoThen>
     TaskListener Launch(TaskExecutor& executor, const TrString& title, Work work, Then then = {})
     {
         const auto task = Details::MakeTask(executor, title, std::move(work), std::move(then));
-        return _Start(executor, task.first, task.second);
+        _SetCurrent(task.second);
+        const TaskListener listener = Details::StartTask(executor, task.first, task.second);
+        OnNewTask(listener);
+        return listener;
     }
 
     /// Asks the current task to stop.
     virtual void Cancel();
 
-    /// Drops the current task without waiting for it or cancelling it: its continuation is not called. Others
-    /// who listen to it still hear how it ends.
+    /// Drops the current task without waiting for it or cancelling it: its continuation is not called.
     virtual void Terminate();
 
     /// Returns when the current task is finished; meanwhile the main thread treats posted events and all of
@@ -101,13 +105,16 @@ public:
     /// True without a current task.
     [[nodiscard]] bool IsTaskFinished() const;
 
+    /// True when the current task has been asked to stop. It may have come to its end all the same: a
+    /// continuation that goes on to the next task of a chain looks here.
+    [[nodiscard]] bool IsCanceled() const;
+
 protected:
     /// Called behind every launch; does nothing.
     virtual void OnNewTask(const TaskListener& listener);
 
 private:
-    TaskListener _Start(TaskExecutor& executor, const std::shared_ptr<Details::LaunchedTask>& task,
-                        const std::shared_ptr<Details::TaskAwaiterImplBase>& awaiter);
+    void _SetCurrent(std::shared_ptr<Details::TaskAwaiterImplBase> awaiter);
 
     std::shared_ptr<Details::TaskAwaiterImplBase> m_awaiter; ///< Of the current task; null without one.
 };

@@ -10,32 +10,29 @@ namespace vek::Threading
 {
 class TaskListener;
 
-/// What LaunchTask and AsyncTask::Launch make of a work and a continuation.
 namespace Details
 {
-/// A task that ends for its listeners, as cancelled, also where it is dropped before it has run.
+/// A task with its awaiter, which ends for all who listen, whether or not anybody keeps a handle on it.
 class VEKAPPCORE_EXPORT LaunchedTask : public TaskImplBase
 {
 public:
     using TaskImplBase::TaskImplBase;
-    ~LaunchedTask() override;
 
-    void SetAwaiter(const std::shared_ptr<TaskAwaiterImplBase>& awaiter) { m_awaiter = awaiter; }
-    /// The awaiter lives as long as the task, even when nobody listens.
-    void KeepAwaiter(std::shared_ptr<TaskAwaiterImplBase> awaiter) { m_keptAwaiter = std::move(awaiter); }
+    void SetAwaiter(std::shared_ptr<TaskAwaiterImplBase> awaiter) { m_awaiter = std::move(awaiter); }
 
 private:
-    std::weak_ptr<TaskAwaiterImplBase> m_awaiter;
-    std::shared_ptr<TaskAwaiterImplBase> m_keptAwaiter;
+    std::shared_ptr<TaskAwaiterImplBase> m_awaiter;
 };
 
-/// Tells those who wait for launches on @p executor, and starts the task.
+/// Starts the task and tells those who wait for launches on @p executor. A task that the executor drops
+/// before it has run ends as cancelled.
 VEKAPPCORE_EXPORT TaskListener StartTask(TaskExecutor& executor, std::shared_ptr<LaunchedTask> task,
                                          const std::shared_ptr<TaskAwaiterImplBase>& awaiter);
 
-/// No continuation.
 struct NoThen
-{};
+{
+    void operator()(auto&&...) const noexcept {}
+};
 
 template <typename Work>
 decltype(auto) InvokeWork(Work& work, IProgression& progression)
@@ -107,6 +104,8 @@ public:
         : TaskAwaiterImplBase(task, executor, title), m_then(std::move(then))
     {}
 
+    void DropThen() override { m_then.reset(); }
+
 protected:
     void RunThen() override
     {
@@ -115,16 +114,17 @@ protected:
             const auto task = std::static_pointer_cast<WorkTask<Work>>(_LockTask());
             if (!task)
                 throw Exception::E_Escape();
-            [[maybe_unused]] Then then = std::move(m_then); // may drop this, and what it holds dies first
-            if constexpr (std::is_same_v<Then, NoThen>)
+            std::optional<Then> then = std::move(m_then);
+            m_then.reset(); // what the continuation holds dies before the outcome is told
+            if (!then)
                 static_cast<void>(task->TakeResult());
             else if constexpr (std::is_void_v<WorkResult<Work>>)
             {
                 task->TakeResult();
-                std::invoke(then);
+                std::invoke(*then);
             }
             else
-                std::invoke(then, task->TakeResult());
+                std::invoke(*then, task->TakeResult());
         }
         catch (...)
         {
@@ -135,7 +135,7 @@ protected:
     }
 
 private:
-    Then m_then; ///< Until it is called.
+    std::optional<Then> m_then; ///< Until it is called or dropped.
 };
 
 template <typename Work, typename Then>

@@ -10,8 +10,9 @@ namespace vek::Threading
 /// An executor for tests: runs all on the calling thread, one after the other, in an order drawn from a seed,
 /// so that an order that breaks something is a number to try again. Functions for the pool run in any order;
 /// posted ones in theirs, with any number of the others between them. The same everywhere for the same seed.
-/// One thread only, which is both the main thread and the pool. End a test with RunAll or Clear: what is
-/// posted may hold the executor, as tasks do.
+/// A function runs in one piece: races inside one, as of a cancellation with the work, are not to be found
+/// with it. One thread only, which is both the main thread and the pool. End a test with RunAll, or with
+/// WaitForAll and Clear: what is posted may hold the executor, as tasks do.
 ///
 /// @code
 /// const auto seeded = std::make_shared<SeededExecutor>(42);
@@ -33,6 +34,7 @@ public:
     /// Drops what is posted.
     void Clear() override;
 
+    /// An exception that leaves @p function drops the ones that wait for the pool.
     void ExecuteAsync(std::function<void()> function) override;
     std::shared_ptr<RunningTaskChecker> GetRunningTaskChecker() override;
 
@@ -53,8 +55,7 @@ private:
     std::mt19937 m_random;
     std::vector<std::function<void()>> m_async;
     std::deque<std::function<void()>> m_posted;
-    std::exception_ptr
-        m_exception; ///< The first that left a function of the pool, since the last WaitForAll.
+    std::exception_ptr m_exception; ///< The first that left a function of the pool since WaitForAll.
     const std::shared_ptr<RunningTaskChecker> m_checker;
 };
 } // namespace vek::Threading

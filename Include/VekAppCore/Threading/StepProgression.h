@@ -12,12 +12,12 @@ class VEKAPPCORE_EXPORT StepProgression
 {
 public:
     /// @param progression  outlives this.
-    /// @param first, last  what is reported before the first and after the last step, in percent.
+    /// @param first, last  the percents from which and to which the steps go; first itself is not reported.
     StepProgression(IProgression& progression, std::uint64_t stepCount, int first = 0, int last = 100);
     StepProgression(const StepProgression&) = delete;
     StepProgression& operator=(const StepProgression&) = delete;
 
-    /// Tells that steps are done; ones beyond the step count change nothing.
+    /// Tells that steps are done, 2^64 - 1 in all at most; ones beyond the step count change nothing.
     /// @throws Exception::E_Escape  the task is cancelled; let it out of the work.
     void Advance(std::uint64_t steps = 1)
     {

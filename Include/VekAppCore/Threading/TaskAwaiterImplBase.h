@@ -48,6 +48,10 @@ public:
 
     /// Does nothing after the end.
     void Cancel();
+    [[nodiscard]] bool IsCanceled() const noexcept;
+
+    /// The continuation is not called any more. Listeners still hear how the task ends.
+    virtual void DropThen() {}
 
     /// Returns when the task is finished; meanwhile the main thread treats posted events and all of Qt's.
     void Wait();
@@ -70,8 +74,6 @@ protected:
     [[nodiscard]] std::shared_ptr<TaskImplBase> _LockTask() const noexcept { return m_task.lock(); }
 
 private:
-    friend class LaunchedTask;
-
     // To the signals of the task; but for the first, made when somebody listens: most tasks have few
     // listeners.
     Connection m_taskFinished;

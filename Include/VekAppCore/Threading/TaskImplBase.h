@@ -28,6 +28,9 @@ public:
     /// for the main thread dies there.
     static void ExecuteAndRelease(std::shared_ptr<TaskImplBase> task);
 
+    /// Emits finished for a task that will not run, and lets go of it as ExecuteAndRelease does.
+    static void Release(std::shared_ptr<TaskImplBase> task);
+
     [[nodiscard]] bool IsCanceled() const noexcept { return m_isCanceled; }
 
 protected:
@@ -51,13 +54,13 @@ protected:
     /// The work. It keeps its result, or what it throws, for the awaiter.
     virtual void Run(IProgression& progression) = 0;
 
-public:
+public: // behind Run: the virtual operations keep their order
     /// Asks the work to stop; it does at its next progress report, or not at all. Thread-safe.
     virtual void Cancel();
 
 protected:
-    [[nodiscard]] const EventExecutor& _GetExecutor() const noexcept { return m_executor; }
-    void _EmitProgression(int value) { m_progressionChanged.Emit(value); }
+    /// As EmitInMainThread: who connects in the same turn of the event loop hears it.
+    void _EmitProgression(int value) { EmitInMainThread(m_progressionChanged, value); }
 
 private:
     friend class TaskAwaiterImplBase;

@@ -24,8 +24,8 @@ class TaskAwaiterImplBase;
 /// only; all callbacks are called there.
 ///
 /// Every task ends with exactly one of succeeded, canceled and exception, and then finished. Who connects
-/// after that is called no more and looks at IsTaskFinished. Who connects later than in the same turn of the
-/// event loop as the launch may miss the first progress and titles.
+/// after that is never called, and looks at IsTaskFinished. Who lets the main thread treat events between the
+/// launch and connecting may miss the first progress and titles.
 class VEKAPPCORE_EXPORT TaskListener
 {
 public:

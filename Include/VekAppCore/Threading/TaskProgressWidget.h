@@ -3,6 +3,7 @@
 #include "VekAppCore/Threading/TaskListener.h"
 #include <QWidget>
 #include <chrono>
+#include <functional>
 #include <memory>
 
 namespace vek::Threading

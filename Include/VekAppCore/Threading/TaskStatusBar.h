@@ -3,6 +3,8 @@
 #include "VekAppCore/Threading/TaskExecutor.h"
 #include "VekAppCore/Threading/TaskListener.h"
 #include <QWidget>
+#include <memory>
+#include <vector>
 
 class QHBoxLayout;
 
