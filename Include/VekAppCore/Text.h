@@ -1,3 +1,4 @@
 #pragma once
+#include "VekAppCore/Text/Convert.h"
 #include "VekAppCore/Text/LanguageChange.h"
 #include "VekAppCore/Text/TrString.h"

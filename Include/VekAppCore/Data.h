@@ -1,0 +1,8 @@
+#pragma once
+#include "VekAppCore/Data/HPath.h"
+#include "VekAppCore/Data/IVariantMap.h"
+#include "VekAppCore/Data/VariantConverter.h"
+#include "VekAppCore/Data/VariantJson.h"
+#include "VekAppCore/Data/VekQVariant.h"
+#include "VekAppCore/Data/VekQVariantDescriptorBase.h"
+#include "VekAppCore/Data/VekQVariantMap.h"

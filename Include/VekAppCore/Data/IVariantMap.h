@@ -1,0 +1,82 @@
+#pragma once
+#include "VekAppCore/Data/VariantConverter.h"
+#include "VekAppCore/Data/VekQVariant.h"
+#include "VekBase/ScopeBase.h"
+#include <optional>
+
+namespace vek::App
+{
+/// A store of named values, in memory or in the settings. Names are paths with slashes between their parts;
+/// BeginGroup makes later names relative to a group.
+class VEKAPPCORE_EXPORT IVariantMap : protected VekQVariantDetails::VariantAccessor
+{
+public:
+    virtual ~IVariantMap();
+
+    [[nodiscard]] virtual bool Contains(const QString& key) const = 0;
+
+    /// The keys that begin with @p prefix, as text: "ab" finds "abc" and "ab/x" alike. Every store says what
+    /// an empty prefix gives, and whether the keys are full or relative to the group.
+    [[nodiscard]] virtual QList<QString> AllKeys(const QString& prefix) const = 0;
+
+    /// @return false when there was nothing to remove.
+    virtual bool RemoveValue(const QString& key) = 0;
+    virtual void ClearValues() = 0;
+    virtual void BeginGroup(const QString& name) = 0;
+    virtual void EndGroup() = 0;
+    [[nodiscard]] virtual EVariantStoreFormat PreferedStoreFormat() const;
+
+    /// An invalid value when there is none.
+    [[nodiscard]] virtual VekQVariant GetValueAsVariant(const QString& key) const = 0;
+    virtual void SetValueAsVariant(const QString& key, VekQVariant value) = 0;
+
+    /// Takes over every value of @p other; what only this one has stays.
+    void Append(const IVariantMap& other);
+
+    [[nodiscard]] bool Contains(const QString& group, const QString& key) const;
+
+    /// Removes what AllKeys gives, by RemoveValue: within a group that prefixes full keys once more, and
+    /// finds none of them.
+    void RemoveValues(const QString& prefix);
+
+    /// The group is open until the scope ends, which this store outlives.
+    [[nodiscard]] ScopeBase ScopeGroup(const QString& name);
+
+    /// Empty when there is no value or it is no T: a text is read as Convert does, a number must fit. T is
+    /// every type that VariantConverter knows.
+    template <typename T>
+    [[nodiscard]] std::optional<T> GetValue(const QString& key) const
+    {
+        if (!Contains(key))
+            return std::nullopt;
+        const VekQVariant node = GetValueAsVariant(key);
+        if constexpr (std::is_same_v<T, VekQVariant>)
+            return node;
+        else
+            return VariantConverter<T>::FromVariant(VariantAccessor::GetValue(node));
+    }
+    template <typename T>
+    [[nodiscard]] T GetValue(const QString& key, T defaultValue) const
+    {
+        auto value = GetValue<T>(key);
+        return value ? std::move(*value) : std::move(defaultValue);
+    }
+    /// Keeps @p value in the form that this store prefers.
+    template <typename T>
+    void SetValue(const QString& key, const T& value)
+    {
+        if constexpr (std::is_same_v<T, VekQVariant>)
+            SetValueAsVariant(key, value);
+        else if constexpr (std::is_convertible_v<T, const char*>)
+            SetValueAsVariant(key, FromQVariant(QString::fromUtf8(value)));
+        else
+            SetValueAsVariant(key,
+                              FromQVariant(VariantConverter<T>::ToVariant(value, PreferedStoreFormat())));
+    }
+
+protected:
+    IVariantMap() = default;
+    IVariantMap(const IVariantMap&) = default;
+    IVariantMap& operator=(const IVariantMap&) = default;
+};
+} // namespace vek::App

@@ -1,0 +1,3 @@
+#pragma once
+#include "VekAppCore/Settings/AppSettings.h"
+#include "VekAppCore/Settings/VekQSettings.h"

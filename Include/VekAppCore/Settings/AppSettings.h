@@ -1,0 +1,32 @@
+#pragma once
+#include "VekAppCore/Settings/VekQSettings.h"
+#include <memory>
+
+/// Where the settings of the running application are: for every user and version a store of its own, which
+/// starts with the values of the version before. The names come from the QCoreApplication. Main thread only.
+namespace vek::App
+{
+struct SettingsPath
+{
+    QString organisation;
+    QString applicationEntry; ///< "App 2.0"
+};
+
+/// Both empty while the organisation or the application has no name.
+[[nodiscard]] VEKAPPCORE_EXPORT SettingsPath GetAppSettingsPath();
+[[nodiscard]] VEKAPPCORE_EXPORT bool IsSettingsPathValid(const SettingsPath& path);
+
+/// The user's store of this version. The first request in a process carries over what an earlier version has
+/// left, unless in unit-test mode. Without a valid path, a scratch store that erases itself.
+[[nodiscard]] VEKAPPCORE_EXPORT std::unique_ptr<VekQSettings> GetAppSettings();
+
+/// The store of the machine, which only an administrator may write to.
+[[nodiscard]] VEKAPPCORE_EXPORT std::unique_ptr<VekQSettings> GetAllUsersSettings();
+
+/// Marks the store of this version: nothing is carried over into it any more.
+VEKAPPCORE_EXPORT void InitSettings();
+
+/// Into a store that is not marked, the values of the latest version before this one, in place of its own.
+/// The order of versions is that of their text: "10.0" comes before "9.0".
+VEKAPPCORE_EXPORT void CopyPreviousSettingsIfNeeded();
+} // namespace vek::App

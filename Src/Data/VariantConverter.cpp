@@ -1,0 +1,161 @@
+#include "VekAppCore/Data/VariantConverter.h"
+#include "VekAppCore/Data/VekQVariantMap.h"
+#include "VekAppCore/Text/Convert.h"
+#include <QStringList>
+#include <cmath>
+
+namespace vek::App::VekQVariantDetails
+{
+namespace
+{
+bool IsInteger(QMetaType type)
+{
+    switch (type.id())
+    {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::SChar:
+    case QMetaType::UChar: return true;
+    default: return false;
+    }
+}
+
+bool IsFloating(QMetaType type) { return type.id() == QMetaType::Double || type.id() == QMetaType::Float; }
+
+/// Comes back as it was from a text file, without our help.
+bool IsPlain(QMetaType type)
+{
+    switch (type.id())
+    {
+    case QMetaType::UnknownType:
+    case QMetaType::Bool:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double:
+    case QMetaType::QString:
+    case QMetaType::QByteArray:
+    case QMetaType::QStringList:
+    case QMetaType::QPoint:
+    case QMetaType::QSize:
+    case QMetaType::QRect: return true;
+    default: return false;
+    }
+}
+
+/// Converts a number to another type of numbers; invalid when it does not fit.
+QVariant ToNumber(const QVariant& number, QMetaType type)
+{
+    if (IsFloating(type))
+    {
+        QVariant converted = number;
+        return converted.convert(type) ? converted : QVariant();
+    }
+    // By way of its text: all integers have one, and it is read with a check of the range.
+    if (IsFloating(number.metaType()) && number.toDouble() != std::trunc(number.toDouble()))
+        return {};
+    Convert::NumberOptions options;
+    options.notation = Convert::ENotation::Fixed;
+    options.decimals = 0;
+    QVariant converted;
+    const QString text = IsFloating(number.metaType()) ? Convert::ToString(number.toDouble(), options)
+                                                       : Convert::ToString(number);
+    return Convert::FromString(text, type, converted) ? converted : QVariant();
+}
+} // namespace
+
+QVariant ToReadable(const QVariant& value)
+{
+    if (IsPlain(value.metaType()))
+        return value;
+    QString text = Convert::ToString(value);
+    QVariant back;
+    if (Convert::FromString(text, value.metaType(), back) && back == value)
+        return text;
+    return value;
+}
+
+QVariant ToType(const QVariant& value, QMetaType type)
+{
+    if (value.metaType() == type)
+        return value;
+    const bool isNumber = IsInteger(value.metaType()) || IsFloating(value.metaType());
+    if (isNumber && (IsInteger(type) || IsFloating(type)))
+        return ToNumber(value, type);
+    if (value.typeId() == QMetaType::QString)
+    {
+        QVariant read;
+        return Convert::FromString(value.toString(), type, read) ? read : QVariant();
+    }
+    if (type.id() == QMetaType::QStringList)
+    {
+        // A text file gives an empty list as an invalid value.
+        if (!value.isValid())
+            return QStringList();
+        if (value.typeId() == QMetaType::QVariantList)
+        {
+            QStringList texts;
+            for (const QVariant& item : value.toList())
+                if (item.typeId() == QMetaType::QString)
+                    texts.push_back(item.toString());
+                else
+                    return {};
+            return texts;
+        }
+    }
+    return {};
+}
+
+QVariantList ToItems(const QVariant& value)
+{
+    if (!value.isValid())
+        return {};
+    if (value.metaType() == QMetaType::fromType<VekQVariantList>())
+    {
+        QVariantList items;
+        for (const VekQVariant& element : *static_cast<const VekQVariantList*>(value.constData()))
+            items.push_back(element.ToQVariant());
+        return items;
+    }
+    switch (value.typeId())
+    {
+    case QMetaType::QVariantList:
+    case QMetaType::QStringList: return value.toList();
+    default: return {value};
+    }
+}
+
+std::optional<QVariantMap> ToEntries(const QVariant& value)
+{
+    QVariantMap entries;
+    if (value.metaType() == QMetaType::fromType<VekQVariantMap>())
+    {
+        for (const auto& [key, child] : *static_cast<const VekQVariantMap*>(value.constData()))
+            entries.insert(key, child.ToQVariant());
+        return entries;
+    }
+    switch (value.typeId())
+    {
+    case QMetaType::QVariantMap: return value.toMap();
+    case QMetaType::UnknownType: return entries; // an empty one in a text file
+    case QMetaType::QStringList:
+    case QMetaType::QVariantList:
+    {
+        const QVariantList inTurn = value.toList();
+        if (inTurn.size() % 2 != 0)
+            return std::nullopt;
+        for (qsizetype i = 0; i < inTurn.size(); i += 2)
+            entries.insert(inTurn[i].toString(), inTurn[i + 1]);
+        return entries;
+    }
+    default: return std::nullopt;
+    }
+}
+} // namespace vek::App::VekQVariantDetails
