@@ -9,7 +9,12 @@
 #include <QKeySequence>
 #include <QPolygonF>
 #include <QTextFormat>
+#include <QVarLengthArray>
+#include <QtEndian>
 #include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
 
 namespace vek::App
 {
@@ -17,6 +22,7 @@ namespace
 {
 constexpr qint32 currentVersion = 1;
 constexpr int deepest = 512;
+constexpr int userOfQt5 = 1024; ///< QMetaType::User of that time.
 
 thread_local int g_depth = 0; // reading nests through Qt, which passes nothing on
 
@@ -100,6 +106,34 @@ QTextFormat ReadTextFormat(QDataStream& stream)
     return format;
 }
 
+/// A QByteArray of UTF-8.
+QString ReadKey(QDataStream& stream)
+{
+    std::array<char, 256> bytes;
+    quint32 size = 0;
+    stream >> size;
+    if (size == ~quint32(0)) // null
+        return {};
+    if (size <= bytes.size())
+    {
+        const int read = stream.readRawData(bytes.data(), static_cast<int>(size));
+        if (read != static_cast<int>(size))
+            stream.setStatus(QDataStream::ReadPastEnd);
+        return QString::fromUtf8(bytes.data(), std::max(read, 0));
+    }
+    QByteArray rest;
+    for (constexpr quint32 step = 1 << 20; size > 0 && stream.status() == QDataStream::Ok;)
+    {
+        const qsizetype before = rest.size();
+        const quint32 part = std::min(size, step);
+        rest.resize(before + static_cast<qsizetype>(part));
+        if (stream.readRawData(rest.data() + before, static_cast<int>(part)) != static_cast<int>(part))
+            stream.setStatus(QDataStream::ReadPastEnd);
+        size -= part;
+    }
+    return stream.status() == QDataStream::Ok ? QString::fromUtf8(rest) : QString();
+}
+
 /// They end a program that has no QGuiApplication.
 bool NeedsWindowSystem(int type)
 {
@@ -120,11 +154,10 @@ bool NeedsWindowSystem(int type)
 /// The number of a type as the present Qt has it.
 int FromQt5(quint32 type)
 {
-    constexpr quint32 user = 1024;
     constexpr quint32 firstGui = 64;
     constexpr quint32 lastGui = 87;
     constexpr quint32 sizePolicy = 121;
-    if (type == user)
+    if (type == userOfQt5)
         return QMetaType::User;
     if (type >= firstGui && type <= lastGui)
         return static_cast<int>(type - firstGui) + QMetaType::FirstGuiType;
@@ -169,6 +202,25 @@ bool ReadContents(QDataStream& stream, QVariant& value)
     }
 }
 
+/// The kinds that most values are of, without the detour through their meta-types.
+bool ReadFrequent(QDataStream& stream, int type, QVariant& value)
+{
+    const auto readAs = [&](auto contents) {
+        stream >> contents;
+        value = contents;
+        return true;
+    };
+    switch (type)
+    {
+    case QMetaType::Bool: return readAs(false);
+    case QMetaType::Int: return readAs(0);
+    case QMetaType::LongLong: return readAs(qint64(0));
+    case QMetaType::Double: return readAs(0.0);
+    case QMetaType::QString: return readAs(QString());
+    default: return false;
+    }
+}
+
 /// As QVariant's own operator reads it.
 void ReadValue(QDataStream& stream, QVariant& value)
 {
@@ -196,6 +248,8 @@ void ReadValue(QDataStream& stream, QVariant& value)
     }
     if (type == QMetaType::UnknownType || stream.status() != QDataStream::Ok)
         return;
+    if (!isNull && ReadFrequent(stream, type, value))
+        return;
     QVariant read{QMetaType(type)};
     if (!read.isValid() || !ReadContents(stream, read))
     {
@@ -205,6 +259,161 @@ void ReadValue(QDataStream& stream, QVariant& value)
     if (!isNull)
         read.data(); // is not null any more
     value = std::move(read);
+}
+
+/// Writes as QDataStream does, but gathers the fields: a call of it costs more than most fields do.
+class Writer : VekQVariantDetails::VariantAccessor
+{
+public:
+    explicit Writer(QDataStream& stream) noexcept : m_stream(stream) {}
+
+    void Write(const VekQVariant& node)
+    {
+        _WriteNumber(currentVersion);
+        _WriteNumber(static_cast<quint8>(node.IsShared()));
+        _WriteValue(GetValue(node));
+    }
+
+    void Write(const VekQVariantList& list)
+    {
+        _WriteNumber(currentVersion);
+        _WriteNumber(static_cast<qint64>(list.size()));
+        for (const VekQVariant& element : list)
+            Write(element);
+    }
+
+    void Write(const VekQVariantMap& map)
+    {
+        _WriteNumber(currentVersion);
+        _WriteNumber(static_cast<qint32>(map.GetGroups().size()));
+        for (const QString& group : map.GetGroups())
+            _WriteText(group);
+        _WriteNumber(static_cast<qint64>(map.Size()));
+        for (const auto& [key, value] : map)
+        {
+            _WriteKey(key);
+            Write(value);
+        }
+    }
+
+    /// To be called at the end.
+    void Flush()
+    {
+        m_stream.writeRawData(m_bytes.constData(), static_cast<int>(m_bytes.size()));
+        m_bytes.clear();
+    }
+
+private:
+    void _WriteRaw(const void* data, std::size_t size)
+    {
+        m_bytes.append(static_cast<const char*>(data), static_cast<qsizetype>(size));
+        if (m_bytes.size() > gathered)
+            Flush();
+    }
+
+    template <typename T>
+    void _WriteNumber(T number)
+    {
+        const T ordered = m_isBigEndian ? qToBigEndian(number) : qToLittleEndian(number);
+        _WriteRaw(&ordered, sizeof ordered);
+    }
+
+    void _WriteBytes(const QByteArray& bytes)
+    {
+        _WriteNumber(bytes.isNull() ? ~quint32(0) : static_cast<quint32>(bytes.size()));
+        _WriteRaw(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    }
+
+    void _WriteKey(const QString& key)
+    {
+        std::array<char, 64> ascii;
+        const auto size = static_cast<std::size_t>(key.size());
+        bool isAscii = size > 0 && size <= ascii.size();
+        for (std::size_t i = 0; isAscii && i < size; ++i)
+        {
+            const char16_t unit = key.utf16()[i];
+            isAscii = unit < 0x80;
+            ascii[i] = static_cast<char>(unit);
+        }
+        if (!isAscii)
+        {
+            _WriteBytes(key.toUtf8());
+            return;
+        }
+        _WriteNumber(static_cast<quint32>(size));
+        _WriteRaw(ascii.data(), size);
+    }
+
+    void _WriteText(const QString& text)
+    {
+        if (text.isNull())
+        {
+            _WriteNumber(~quint32(0));
+            return;
+        }
+        _WriteNumber(static_cast<quint32>(text.size() * 2));
+        for (const QChar unit : text)
+            _WriteNumber(static_cast<quint16>(unit.unicode()));
+    }
+
+    void _WriteHead(int type, const QVariant& value)
+    {
+        _WriteNumber(static_cast<quint32>(type));
+        _WriteNumber(static_cast<quint8>(value.isNull()));
+    }
+
+    template <typename T>
+    void _WriteOwn(const QVariant& value)
+    {
+        _WriteHead(m_stream.version() < QDataStream::Qt_6_0 ? userOfQt5 : QMetaType::User, value);
+        const char* const name = value.metaType().name();
+        _WriteBytes(QByteArray::fromRawData(name, static_cast<qsizetype>(std::strlen(name)) + 1));
+        Write(*static_cast<const T*>(value.constData()));
+    }
+
+    void _WriteValue(const QVariant& value)
+    {
+        const auto writeAs = [&](auto number) {
+            _WriteHead(value.typeId(), value);
+            _WriteNumber(number);
+        };
+        if (m_stream.version() >= QDataStream::Qt_5_0)
+            switch (value.typeId())
+            {
+            case QMetaType::Bool: return writeAs(static_cast<quint8>(value.toBool()));
+            case QMetaType::Int: return writeAs(value.toInt());
+            case QMetaType::LongLong: return writeAs(value.toLongLong());
+            case QMetaType::QString:
+                _WriteHead(QMetaType::QString, value);
+                return _WriteText(*static_cast<const QString*>(value.constData()));
+            case QMetaType::Double:
+                if (m_stream.floatingPointPrecision() == QDataStream::DoublePrecision)
+                    return writeAs(std::bit_cast<quint64>(value.toDouble()));
+                break;
+            default:
+                if (value.metaType() == QMetaType::fromType<VekQVariantMap>())
+                    return _WriteOwn<VekQVariantMap>(value);
+                if (value.metaType() == QMetaType::fromType<VekQVariantList>())
+                    return _WriteOwn<VekQVariantList>(value);
+            }
+        Flush();
+        m_stream << value;
+    }
+
+    static constexpr qsizetype gathered = 4096;
+
+    QDataStream& m_stream;
+    const bool m_isBigEndian = m_stream.byteOrder() == QDataStream::BigEndian;
+    QVarLengthArray<char, gathered + 256> m_bytes;
+};
+
+template <typename T>
+QDataStream& Write(QDataStream& stream, const T& value)
+{
+    Writer writer(stream);
+    writer.Write(value);
+    writer.Flush();
+    return stream;
 }
 
 template <typename Element, typename Arrays>
@@ -228,10 +437,7 @@ QDataStream& ReadArray(QDataStream& stream, Arrays& arrays)
 }
 } // namespace
 
-QDataStream& operator<<(QDataStream& stream, const VekQVariant& node)
-{
-    return stream << currentVersion << node.IsShared() << node._Value();
-}
+QDataStream& operator<<(QDataStream& stream, const VekQVariant& node) { return Write(stream, node); }
 
 QDataStream& operator>>(QDataStream& stream, VekQVariant& node)
 {
@@ -249,13 +455,7 @@ QDataStream& operator>>(QDataStream& stream, VekQVariant& node)
     return stream;
 }
 
-QDataStream& operator<<(QDataStream& stream, const VekQVariantList& list)
-{
-    stream << currentVersion << static_cast<qint64>(list.size());
-    for (const VekQVariant& element : list)
-        stream << element;
-    return stream;
-}
+QDataStream& operator<<(QDataStream& stream, const VekQVariantList& list) { return Write(stream, list); }
 
 QDataStream& operator>>(QDataStream& stream, VekQVariantList& list)
 {
@@ -276,16 +476,7 @@ QDataStream& operator>>(QDataStream& stream, VekQVariantList& list)
     return stream;
 }
 
-QDataStream& operator<<(QDataStream& stream, const VekQVariantMap& map)
-{
-    stream << currentVersion << static_cast<qint32>(map._Groups().size());
-    for (const QString& group : map._Groups())
-        stream << group;
-    stream << static_cast<qint64>(map.Size());
-    for (const auto& [key, value] : map)
-        stream << key.toUtf8() << value;
-    return stream;
-}
+QDataStream& operator<<(QDataStream& stream, const VekQVariantMap& map) { return Write(stream, map); }
 
 QDataStream& operator>>(QDataStream& stream, VekQVariantMap& map)
 {
@@ -305,7 +496,7 @@ QDataStream& operator>>(QDataStream& stream, VekQVariantMap& map)
         stream.resetStatus();
         stream.setStatus(before);
     }
-    if (!groups.isEmpty() || !map._Groups().isEmpty())
+    if (!groups.isEmpty() || !map.GetGroups().isEmpty())
         map._State().groups = groups;
 
     qint64 count = 0;
@@ -313,12 +504,12 @@ QDataStream& operator>>(QDataStream& stream, VekQVariantMap& map)
     const QString prefix = map._FormatWithPrefix(QString());
     for (; count > 0 && MayGoOn(stream); --count)
     {
-        QByteArray key;
-        stream >> key;
+        QString key = ReadKey(stream);
         VekQVariant value;
         stream >> value;
         auto& entries = map._Entries();
-        entries.insert_or_assign(entries.end(), prefix + QString::fromUtf8(key), std::move(value));
+        entries.insert_or_assign(entries.end(), prefix.isEmpty() ? std::move(key) : prefix + key,
+                                 std::move(value));
     }
     return stream;
 }

@@ -4,7 +4,6 @@
 #include <QDebug>
 #include <algorithm>
 #include <ostream>
-#include <span>
 #include <stdexcept>
 
 namespace vek::App
@@ -27,20 +26,34 @@ const T* Peek(const VekQVariant& node)
     return node.Is<T>() ? &node.AsConst<T>() : nullptr;
 }
 
-template <typename Node>
-Node* FindNode(Node& start, std::span<const QString> path)
+/// Null where the node is no map, or has no such child.
+const VekQVariant* FindChild(const VekQVariant& node, QStringView name)
 {
-    Node* node = &start;
-    for (const QString& segment : path)
+    const auto* const children = Peek<VekQVariantMap>(node);
+    return children ? children->Find(name) : nullptr;
+}
+VekQVariant* FindChild(VekQVariant& node, QStringView name)
+{
+    return node.Is<VekQVariantMap>() ? node.As<VekQVariantMap>().Find(name) : nullptr;
+}
+
+template <typename Node>
+Node* FindNode(Node* node, const QList<QString>& path)
+{
+    for (auto segment = path.begin(); node && segment != path.end(); ++segment)
+        node = FindChild(*node, *segment);
+    return node;
+}
+
+template <typename Node>
+Node* FindNode(Node* node, QStringView path)
+{
+    while (node && !path.isEmpty())
     {
-        if (!node->template Is<VekQVariantMap>())
-            return nullptr;
-        if constexpr (std::is_const_v<Node>)
-            node = node->template AsConst<VekQVariantMap>().Find(segment);
-        else
-            node = node->template As<VekQVariantMap>().Find(segment);
-        if (!node)
-            return nullptr;
+        const qsizetype end = path.indexOf(u'/');
+        if (end != 0)
+            node = FindChild(*node, path.first(end < 0 ? path.size() : end));
+        path = end < 0 ? QStringView() : path.sliced(end + 1);
     }
     return node;
 }
@@ -119,9 +132,7 @@ const QVariant& VariantAccessor::GetValue(const VekQVariant& node) { return node
 
 VekQVariant VekQVariant::FromQVariant(QVariant value, VekQVariantDetails::VariantAccessor::Tag)
 {
-    VekQVariant node;
-    node.m_value.emplace<0>(std::move(value));
-    return node;
+    return VekQVariant(std::move(value));
 }
 
 VekQVariant& VekQVariant::operator[](const QString& key)
@@ -154,8 +165,10 @@ const VekQVariant& VekQVariant::operator[](quint64 index) const
     return elements[index];
 }
 
-VekQVariant* VekQVariant::Find(const HPath& path) { return FindNode(*this, path.GetSegments()); }
-const VekQVariant* VekQVariant::Find(const HPath& path) const { return FindNode(*this, path.GetSegments()); }
+VekQVariant* VekQVariant::Find(const HPath& path) { return FindNode(this, path.GetSegments()); }
+const VekQVariant* VekQVariant::Find(const HPath& path) const { return FindNode(this, path.GetSegments()); }
+VekQVariant* VekQVariant::Find(const QString& path) { return FindNode(this, QStringView(path)); }
+const VekQVariant* VekQVariant::Find(const QString& path) const { return FindNode(this, QStringView(path)); }
 
 void VekQVariant::Share()
 {
@@ -195,20 +208,6 @@ void VekQVariant::Traverse(const std::function<void(const HPath&, const VekQVari
 {
     QList<QString> path;
     Visit(path, *this, visitor);
-}
-
-QVariant& VekQVariant::_Value()
-{
-    if (auto* const shared = std::get_if<1>(&m_value))
-        return **shared;
-    return std::get<0>(m_value); // throws where there is neither
-}
-
-const QVariant& VekQVariant::_Value() const
-{
-    if (const auto* const shared = std::get_if<1>(&m_value))
-        return **shared;
-    return std::get<0>(m_value);
 }
 
 void VekQVariant::_ThrowWrongType(const std::source_location& where)
@@ -255,7 +254,7 @@ QDebug operator<<(QDebug debug, const VekQVariant& node)
 void PrintTo(const VekQVariant& node, std::ostream* out)
 {
     QString text;
-    QDebug(&text) << node;
+    QDebug(&text).nospace() << node;
     *out << text.toStdString();
 }
 } // namespace vek::App

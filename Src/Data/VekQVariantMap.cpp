@@ -55,7 +55,7 @@ QList<QString> VekQVariantMap::AllKeys(const QString& prefix) const
     const Entries& entries = _Entries();
     QList<QString> keys;
     for (auto entry = entries.lower_bound(fullPrefix);
-         entry != entries.end() && entry->first.startsWith(fullPrefix); ++entry)
+         entry != entries.end() && (fullPrefix.isEmpty() || entry->first.startsWith(fullPrefix)); ++entry)
         keys.push_back(entry->first);
     return keys;
 }
@@ -72,7 +72,7 @@ void VekQVariantMap::BeginGroup(const QString& name) { _State().groups.push_back
 
 void VekQVariantMap::EndGroup()
 {
-    if (!_Groups().isEmpty())
+    if (!GetGroups().isEmpty())
         _State().groups.pop_back();
 }
 
@@ -110,9 +110,12 @@ const VekQVariant& VekQVariantMap::At(const QString& key, const std::source_loca
 
 VekQVariant* VekQVariantMap::Find(QStringView key)
 {
-    if (!std::as_const(*this).Find(key))
-        return nullptr; // and nothing is copied
-    return &_Entries().find(key)->second;
+    // Where another map has the same entries, they are copied only when there is something to be changed.
+    if (!m_entries || (m_entries.constData()->ref.loadRelaxed() > 1 && !std::as_const(*this).Find(key)))
+        return nullptr;
+    Entries& entries = m_entries->entries;
+    const auto entry = entries.find(key);
+    return entry == entries.end() ? nullptr : &entry->second;
 }
 
 const VekQVariant* VekQVariantMap::Find(QStringView key) const
@@ -141,12 +144,12 @@ void VekQVariantMap::SetPreferedStoreFormat(EVariantStoreFormat format) { _State
 
 bool operator==(const VekQVariantMap& a, const VekQVariantMap& b)
 {
-    return a._Entries() == b._Entries() && a._Groups() == b._Groups();
+    return a._Entries() == b._Entries() && a.GetGroups() == b.GetGroups();
 }
 
 QString VekQVariantMap::_FormatWithPrefix(const QString& key) const
 {
-    const QList<QString>& groups = _Groups();
+    const QList<QString>& groups = GetGroups();
     return groups.isEmpty() ? key : groups.join(u'/') + u'/' + key;
 }
 
@@ -159,8 +162,10 @@ VekQVariantMap::Entries& VekQVariantMap::_Entries()
 
 const VekQVariantMap::Entries& VekQVariantMap::_Entries() const noexcept
 {
+    if (m_entries) [[likely]]
+        return m_entries->entries;
     static const Entries none;
-    return m_entries ? m_entries->entries : none;
+    return none;
 }
 
 VekQVariantMap::StateData& VekQVariantMap::_State()
@@ -170,7 +175,7 @@ VekQVariantMap::StateData& VekQVariantMap::_State()
     return *m_state;
 }
 
-const QList<QString>& VekQVariantMap::_Groups() const noexcept
+const QList<QString>& VekQVariantMap::GetGroups() const noexcept
 {
     static const QList<QString> none;
     return m_state ? m_state->groups : none;

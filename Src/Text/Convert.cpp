@@ -33,12 +33,12 @@ constexpr double firstScientific = 1e16;
 
 /// In the C locale.
 template <std::floating_point T>
-QByteArray Write(T value, const NumberOptions* options)
+QString Write(T value, const NumberOptions* options)
 {
     if (std::isnan(value))
-        return "nan";
+        return QStringLiteral("nan");
     if (std::isinf(value))
-        return value < 0 ? "-inf" : "inf";
+        return value < 0 ? QStringLiteral("-inf") : QStringLiteral("inf");
     const int decimals = options ? std::clamp(options->decimals, 0, mostDecimals) : 0;
     std::array<char, std::numeric_limits<T>::max_exponent10 + mostDecimals + 8> text;
     const auto write = [&]() -> std::to_chars_result {
@@ -56,20 +56,20 @@ QByteArray Write(T value, const NumberOptions* options)
         return std::to_chars(begin, end, value,
                              isFixed ? std::chars_format::fixed : std::chars_format::scientific);
     };
-    return {text.data(), write().ptr - text.data()};
+    return QString::fromLatin1(text.data(), write().ptr - text.data());
 }
 
 template <typename T>
-QByteArray WriteInteger(T value)
+QString WriteInteger(T value)
 {
     std::array<char, std::numeric_limits<T>::digits10 + 3> text;
-    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr - text.data()};
+    char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    return QString::fromLatin1(text.data(), end - text.data());
 }
 
 /// The number with the separators of the locale.
-QString Localize(const QByteArray& number, const NumberOptions& options)
+QString Localize(QString text, const NumberOptions& options)
 {
-    QString text = QString::fromLatin1(number);
     qsizetype integerEnd = text.startsWith(u'-') ? 1 : 0;
     const qsizetype integerBegin = integerEnd;
     while (integerEnd < text.size() && text[integerEnd].isDigit())
@@ -158,8 +158,8 @@ bool Read(QStringView text, T& value, const NumberOptions* options)
 namespace Details
 {
 QString ToText(bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); }
-QString ToText(qint64 value) { return QString::fromLatin1(WriteInteger(value)); }
-QString ToText(quint64 value) { return QString::fromLatin1(WriteInteger(value)); }
+QString ToText(qint64 value) { return WriteInteger(value); }
+QString ToText(quint64 value) { return WriteInteger(value); }
 QString ToText(qint64 value, const NumberOptions& options) { return Localize(WriteInteger(value), options); }
 QString ToText(quint64 value, const NumberOptions& options) { return Localize(WriteInteger(value), options); }
 
@@ -241,8 +241,8 @@ bool FromString(QStringView text, bool& value)
     return true;
 }
 
-QString ToString(double value) { return QString::fromLatin1(Write(value, nullptr)); }
-QString ToString(float value) { return QString::fromLatin1(Write(value, nullptr)); }
+QString ToString(double value) { return Write(value, nullptr); }
+QString ToString(float value) { return Write(value, nullptr); }
 QString ToString(double value, const NumberOptions& options)
 {
     return Localize(Write(value, &options), options);

@@ -67,7 +67,7 @@ public:
     {
         if constexpr (std::is_same_v<T, VekQVariant>)
             SetValueAsVariant(key, value);
-        else if constexpr (std::is_convertible_v<T, const char*>)
+        else if constexpr (std::is_same_v<std::decay_t<const T&>, const char*>)
             SetValueAsVariant(key, FromQVariant(QString::fromUtf8(value)));
         else
             SetValueAsVariant(key,

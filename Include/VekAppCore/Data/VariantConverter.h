@@ -39,7 +39,7 @@ namespace VekQVariantDetails
 [[nodiscard]] VEKAPPCORE_EXPORT std::optional<QVariantMap> ToEntries(const QVariant& value);
 
 template <typename T>
-concept NamedEnum = std::is_enum_v<T> && QtPrivate::IsQEnumHelper<T>::Value;
+concept NamedEnum = std::is_enum_v<T> && bool(QtPrivate::IsQEnumHelper<T>::Value);
 } // namespace VekQVariantDetails
 
 /// How the typed access of the stores turns a T into a QVariant and back. An application specialises it for a

@@ -78,6 +78,18 @@ public:
     /// list are not found.
     [[nodiscard]] VekQVariant* Find(const HPath& path);
     [[nodiscard]] const VekQVariant* Find(const HPath& path) const;
+    /// The same, without taking the text apart first.
+    [[nodiscard]] VekQVariant* Find(const QString& path);
+    [[nodiscard]] const VekQVariant* Find(const QString& path) const;
+    [[nodiscard]] VekQVariant* Find(const char* path) { return Find(HPath(path)); }
+    [[nodiscard]] const VekQVariant* Find(const char* path) const { return Find(HPath(path)); }
+
+    /// Replaces the held value, for all copies of a shared node.
+    template <typename T>
+    void SetValue(const T& value)
+    {
+        _Value() = QVariant::fromValue(value);
+    }
 
     /// The held value.
     [[nodiscard]] QVariant ToQVariant() const { return _Value(); }
@@ -147,8 +159,15 @@ public:
 private:
     friend class VekQVariantDetails::VariantAccessor;
 
-    [[nodiscard]] QVariant& _Value();
-    [[nodiscard]] const QVariant& _Value() const;
+    explicit VekQVariant(QVariant&& value) noexcept : m_value(std::in_place_index<0>, std::move(value)) {}
+
+    [[nodiscard]] const QVariant& _Value() const
+    {
+        if (const QVariant* const owned = std::get_if<0>(&m_value)) [[likely]]
+            return *owned;
+        return *std::get<1>(m_value); // throws where there is neither
+    }
+    [[nodiscard]] QVariant& _Value() { return const_cast<QVariant&>(std::as_const(*this)._Value()); }
     [[noreturn]] static void _ThrowWrongType(const std::source_location& where);
 
     std::variant<QVariant, std::shared_ptr<QVariant>> m_value;

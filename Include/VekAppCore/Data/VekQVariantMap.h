@@ -2,7 +2,9 @@
 #include "VekAppCore/Data/IVariantMap.h"
 #include "VekBase/Memory.h"
 #include <QSharedData>
-#include <functional>
+#include <algorithm>
+#include <bit>
+#include <cstring>
 #include <map>
 #include <vector>
 
@@ -16,12 +18,26 @@ struct KeyLess
     using is_transparent = void;
     bool operator()(QStringView a, QStringView b) const noexcept
     {
-        const qsizetype common = std::min(a.size(), b.size());
-        const char16_t* const aUnits = a.utf16();
-        const char16_t* const bUnits = b.utf16();
-        for (qsizetype i = 0; i < common; ++i)
-            if (aUnits[i] != bUnits[i])
-                return aUnits[i] < bUnits[i];
+        // Keys are short and begin alike: four units at a time, where they fit.
+        const char16_t* aUnits = a.utf16();
+        const char16_t* bUnits = b.utf16();
+        const char16_t* const end = aUnits + std::min(a.size(), b.size());
+        for (; end - aUnits >= 4; aUnits += 4, bUnits += 4)
+        {
+            std::uint64_t aFour;
+            std::uint64_t bFour;
+            std::memcpy(&aFour, aUnits, sizeof aFour);
+            std::memcpy(&bFour, bUnits, sizeof bFour);
+            if (const std::uint64_t difference = aFour ^ bFour)
+            {
+                const int bit = std::endian::native == std::endian::little ? std::countr_zero(difference)
+                                                                           : std::countl_zero(difference);
+                return aUnits[bit / 16] < bUnits[bit / 16];
+            }
+        }
+        for (; aUnits != end; ++aUnits, ++bUnits)
+            if (*aUnits != *bUnits)
+                return *aUnits < *bUnits;
         return a.size() < b.size();
     }
 };
@@ -91,6 +107,9 @@ public:
 
     void SetPreferedStoreFormat(EVariantStoreFormat format);
 
+    /// The open ones, outermost first.
+    [[nodiscard]] const QList<QString>& GetGroups() const noexcept;
+
     /// Equal entries and equal open groups.
     friend VEKAPPCORE_EXPORT bool operator==(const VekQVariantMap& a, const VekQVariantMap& b);
 
@@ -116,7 +135,6 @@ private:
     [[nodiscard]] Entries& _Entries();
     [[nodiscard]] const Entries& _Entries() const noexcept;
     [[nodiscard]] StateData& _State();
-    [[nodiscard]] const QList<QString>& _Groups() const noexcept;
 
     QSharedDataPointer<EntryData> m_entries; ///< Null while nothing was entered.
     QSharedDataPointer<StateData> m_state;   ///< Null without groups and with the default format.
