@@ -346,9 +346,11 @@ std::optional<QMetaEnum> GetEnum(QMetaType type)
 {
     if (!type.flags().testFlag(QMetaType::IsEnumeration) || !type.metaObject())
         return std::nullopt;
-    const QByteArray name = type.name();
-    const int index =
-        type.metaObject()->indexOfEnumerator(name.sliced(name.lastIndexOf(':') + 1).constData());
+    // "Space::Kind", or "QFlags<Space::Kind>"
+    QByteArray name = type.name();
+    name = name.sliced(name.lastIndexOf(':') + 1);
+    name.replace('>', "");
+    const int index = type.metaObject()->indexOfEnumerator(name.constData());
     if (index < 0)
         return std::nullopt;
     return type.metaObject()->enumerator(index);
@@ -491,6 +493,8 @@ QString Details::ToText(const QVariant& value, const ListUnitNumberOptions& opti
         return WriteEnum(*names, value);
     if (value.canConvert<QString>())
         return value.toString();
+    if (value.canConvert<QVariantList>())
+        return WriteList(value.toList(), options);
     QDebug(&text).nospace() << value;
     return text;
 }

@@ -73,6 +73,7 @@ TEST(TypedAccess, ValuesComeBackFromBothFormats)
     CheckBothFormats(QColor(1, 2, 3, 4), QString("#04010203"));
     CheckBothFormats(QRectF(0.1, 1, 2, 3), QString("0.1; 1; 2; 3"));
     CheckBothFormats(Qt::Horizontal, QString("Horizontal"));
+    CheckBothFormats(Qt::Alignment(Qt::AlignHCenter | Qt::AlignTop), QString("AlignHCenter|AlignTop"));
     CheckBothFormats(Plain::Low, qint64(-1));
     CheckBothFormats(std::optional<int>(3), 3);
     CheckBothFormats(std::optional<int>(), QVariant());
@@ -81,6 +82,10 @@ TEST(TypedAccess, ValuesComeBackFromBothFormats)
     CheckBothFormats(std::vector<std::vector<int>>{{1, 2}, {}},
                      QVariantList{QVariant(QVariantList{1, 2}), QVariant(QVariantList())});
     CheckBothFormats(std::map<QString, int>{{"a", 1}, {"b", 2}}, QVariantList{"a", 1, "b", 2});
+    CheckBothFormats(std::vector<bool>{true, false}, QVariantList{true, false});
+    CheckBothFormats(QList<float>{0.1F}, QVariantList{"0.1"});
+    CheckBothFormats(QMap<QString, float>{{"a", 0.1F}}, QVariantList{"a", "0.1"});
+    CheckBothFormats(QVariantMap{{"a", 1}}, QVariantMap{{"a", 1}});
     CheckBothFormats(Temperature{0.1}, QString("0.1 K"));
 }
 

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <type_traits>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -181,6 +182,28 @@ struct VariantConverter<std::vector<T>>
     }
 };
 
+/// As std::vector where it is to be readable.
+template <typename T>
+    requires(!std::same_as<T, QString> && !std::same_as<T, QVariant>)
+struct VariantConverter<QList<T>>
+{
+    using Items = VariantConverter<std::vector<T>>;
+
+    [[nodiscard]] static QVariant ToVariant(const QList<T>& values, EVariantStoreFormat format)
+    {
+        return format == EVariantStoreFormat::Typed
+                   ? QVariant::fromValue(values)
+                   : Items::ToVariant(std::vector<T>(values.begin(), values.end()), format);
+    }
+    [[nodiscard]] static std::optional<QList<T>> FromVariant(const QVariant& variant)
+    {
+        if (variant.metaType() == QMetaType::fromType<QList<T>>())
+            return variant.value<QList<T>>();
+        const auto values = Items::FromVariant(variant);
+        return values ? std::optional<QList<T>>(std::in_place, values->begin(), values->end()) : std::nullopt;
+    }
+};
+
 namespace VekQVariantDetails
 {
 /// Maps from text: kept as a QVariantMap, readable as a list of keys and values in turn.
@@ -220,7 +243,7 @@ struct MapConverter
             auto value = VariantConverter<Value>::FromVariant(entry.value());
             if (!value)
                 return std::nullopt;
-            map.insert_or_assign(entry.key(), std::move(*value));
+            map[entry.key()] = std::move(*value);
         }
         return map;
     }
@@ -229,5 +252,13 @@ struct MapConverter
 
 template <typename T>
 struct VariantConverter<std::map<QString, T>> : VekQVariantDetails::MapConverter<std::map<QString, T>>
+{};
+template <typename T>
+struct VariantConverter<std::unordered_map<QString, T>>
+    : VekQVariantDetails::MapConverter<std::unordered_map<QString, T>>
+{};
+template <typename T>
+    requires(!std::same_as<T, QVariant>)
+struct VariantConverter<QMap<QString, T>> : VekQVariantDetails::MapConverter<QMap<QString, T>>
 {};
 } // namespace vek::App
