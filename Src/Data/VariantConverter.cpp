@@ -28,6 +28,12 @@ bool IsInteger(QMetaType type)
 
 bool IsFloating(QMetaType type) { return type.id() == QMetaType::Double || type.id() == QMetaType::Float; }
 
+bool IsList(QMetaType type)
+{
+    return type.id() == QMetaType::QVariantList || type.id() == QMetaType::QStringList ||
+           type == QMetaType::fromType<VekQVariantList>();
+}
+
 /// Comes back as it was from a text file, without our help.
 bool IsPlain(QMetaType type)
 {
@@ -80,6 +86,13 @@ QVariant ToReadable(const QVariant& value)
     if (Convert::FromString(text, value.metaType(), back) && back == value)
         return text;
     return value;
+}
+
+QVariant ToReadable(const QVariantList& items)
+{
+    if (items.size() != 1 || !items[0].isValid() || IsList(items[0].metaType()))
+        return items;
+    return items[0];
 }
 
 QVariant ToType(const QVariant& value, QMetaType type)

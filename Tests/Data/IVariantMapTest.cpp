@@ -78,12 +78,13 @@ TEST(TypedAccess, ValuesComeBackFromBothFormats)
     CheckBothFormats(std::optional<int>(3), 3);
     CheckBothFormats(std::optional<int>(), QVariant());
     CheckBothFormats(std::vector{0.5, 1e300}, QVariantList{0.5, 1e300});
-    CheckBothFormats(std::vector<Qt::Orientation>{Qt::Vertical}, QVariantList{"Vertical"});
+    CheckBothFormats(std::vector<Qt::Orientation>{Qt::Vertical}, QString("Vertical")); // a list of one
+    CheckBothFormats(std::vector<std::vector<int>>{{1}}, 1);
     CheckBothFormats(std::vector<std::vector<int>>{{1, 2}, {}},
                      QVariantList{QVariant(QVariantList{1, 2}), QVariant(QVariantList())});
     CheckBothFormats(std::map<QString, int>{{"a", 1}, {"b", 2}}, QVariantList{"a", 1, "b", 2});
     CheckBothFormats(std::vector<bool>{true, false}, QVariantList{true, false});
-    CheckBothFormats(QList<float>{0.1F}, QVariantList{"0.1"});
+    CheckBothFormats(QList<float>{0.1F, 2}, QVariantList{"0.1", "2"});
     CheckBothFormats(QMap<QString, float>{{"a", 0.1F}}, QVariantList{"a", "0.1"});
     CheckBothFormats(QVariantMap{{"a", 1}}, QVariantMap{{"a", 1}});
     CheckBothFormats(Temperature{0.1}, QString("0.1 K"));

@@ -331,8 +331,12 @@ TEST(VariantStream, NestingIsReadUntilTheDeepestLevel)
 TEST(VariantStream, UnknownVersions)
 {
     VekQVariant node = Node(1);
-    EXPECT_TRUE(ReadInto(node, Big(qint32(2)) + Big(qint64(0)), QDataStream::Qt_6_0).isVersionRefused);
-    EXPECT_EQ(node, Node(1));
+    for (const qint32 version : {2, 0, -1})
+    {
+        const QByteArray bytes = Big(version) + NodeOf(Big(quint32(QMetaType::Int))).sliced(4) + Big(5);
+        EXPECT_TRUE(ReadInto(node, bytes, QDataStream::Qt_6_0).isVersionRefused);
+        EXPECT_EQ(node, Node(1));
+    }
     VekQVariantList list(1);
     VekQVariantMap map;
     map["k"] = Node(1);
@@ -342,6 +346,17 @@ TEST(VariantStream, UnknownVersions)
         EXPECT_TRUE(read.status == QDataStream::Ok && !read.isWhole && !read.isVersionRefused);
     EXPECT_EQ(list.size(), 1U);
     EXPECT_EQ(map.Size(), 1U);
+}
+
+TEST(VariantStream, GroupsThatAreBrokenAreNone)
+{
+    VekQVariantMap map;
+    map.BeginGroup("before");
+    const QByteArray group = Write(QString("g"), QDataStream::Qt_6_0);
+    const QByteArray bytes =
+        Big(qint32(1)) + Big(qint32(2)) + group + Big(quint32(3)) + "abc" + Big(qint64(0));
+    EXPECT_EQ(ReadInto(map, bytes, QDataStream::Qt_6_0).status, QDataStream::ReadCorruptData);
+    EXPECT_TRUE(map.GetGroups().isEmpty());
 }
 
 TEST(VariantStream, EveryTypeOfQtComesBackAsFromQt)

@@ -29,6 +29,8 @@ namespace VekQVariantDetails
 {
 /// @p value, where it would not be readable in a text file, as text, when that brings it back.
 [[nodiscard]] VEKAPPCORE_EXPORT QVariant ToReadable(const QVariant& value);
+/// Of a list of one its item, where that is not read as another list: text files keep no list of one.
+[[nodiscard]] VEKAPPCORE_EXPORT QVariant ToReadable(const QVariantList& items);
 
 /// @p value as a value of @p type, when it is one, a number that fits, or a text of one; else invalid.
 [[nodiscard]] VEKAPPCORE_EXPORT QVariant ToType(const QVariant& value, QMetaType type);
@@ -166,7 +168,7 @@ struct VariantConverter<std::vector<T>>
         items.reserve(static_cast<qsizetype>(values.size()));
         for (const auto& value : values)
             items.push_back(VariantConverter<T>::ToVariant(value, format));
-        return items;
+        return format == EVariantStoreFormat::Typed ? QVariant(items) : VekQVariantDetails::ToReadable(items);
     }
     [[nodiscard]] static std::optional<std::vector<T>> FromVariant(const QVariant& variant)
     {

@@ -1,0 +1,191 @@
+#include "VekAppCore/Settings/VekQSettings.h"
+#include "Support/TestSupport.h"
+#include "VekAppCore/Data/VekQVariantMap.h"
+#include <QColor>
+#include <QDateTime>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace vek::App
+{
+namespace
+{
+/// Stores in a folder of the test's own.
+class SettingsTest : public testing::Test
+{
+protected:
+    SettingsTest() { QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path()); }
+
+    static std::unique_ptr<VekQSettings> Open(const QString& application = "Written")
+    {
+        return std::make_unique<VekQSettings>(QSettings::IniFormat, QSettings::UserScope, "Test",
+                                              application);
+    }
+
+    static QString GetFileText()
+    {
+        QFile file(Open()->GetFileName());
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+
+    const QTemporaryDir folder;
+};
+
+TEST_F(SettingsTest, SlotsWorkRelativeToTheGroup)
+{
+    const auto store = Open();
+    {
+        const ScopeBase group = store->ScopeGroup("g");
+        for (const char* const key : {"abc", "ab/x", "b"})
+            store->SetValue(key, 1);
+        EXPECT_EQ(store->AllKeys("ab"), QStringList({"ab/x", "abc"}));
+        EXPECT_EQ(store->AllKeys(""), QStringList({"ab/x", "abc", "b"}));
+        EXPECT_EQ(store->AllKeys("a."), QStringList());
+        EXPECT_TRUE(store->RemoveValue("b"));
+        EXPECT_FALSE(store->RemoveValue("b"));
+        EXPECT_FALSE(store->RemoveValue("ab")); // a group is no value
+        EXPECT_FALSE(store->GetValueAsVariant("b").HasValue());
+        EXPECT_EQ(store->ChildGroups(), QStringList("ab"));
+        EXPECT_EQ(store->ChildKeys(), QStringList("abc"));
+    }
+    EXPECT_TRUE(store->Contains("g", "abc"));
+    {
+        const ScopeBase array = store->ScopeWriteArray("array", 2);
+        store->SetArrayIndex(1);
+        store->SetValue("k", 5);
+    }
+    {
+        const auto [size, array] = store->ScopeReadArray("array");
+        EXPECT_EQ(size, 2);
+        store->SetArrayIndex(1);
+        EXPECT_EQ(store->GetValue<int>("k"), 5);
+    }
+    EXPECT_TRUE(store->Contains("g/abc")); // the array has been left
+    VekQVariantMap copy;
+    copy.Append(*store);
+    EXPECT_EQ(copy.AllKeys("g"), QStringList({"g/ab/x", "g/abc"}));
+    store->ClearValues();
+    EXPECT_TRUE(store->AllKeys("").isEmpty());
+}
+
+TEST_F(SettingsTest, KeysOfTheOrganisationAreNotSeen)
+{
+    QSettings(QSettings::IniFormat, QSettings::UserScope, "Test").setValue("k", 1);
+    EXPECT_FALSE(Open()->Contains("k"));
+    EXPECT_FALSE(Open()->GetValueAsVariant("k").HasValue());
+}
+
+TEST_F(SettingsTest, ScratchStoreErasesItself)
+{
+    {
+        VekQSettingsScoped scratch(QSettings::IniFormat, QSettings::UserScope, "Test", "Written");
+        scratch.SetValue("k", 1);
+        scratch.Sync();
+        EXPECT_TRUE(GetFileText().contains("k=1"));
+    }
+    EXPECT_FALSE(GetFileText().contains("k=1"));
+}
+
+template <typename T>
+void CheckInFile(const T& value, const QString& text)
+{
+    {
+        VekQSettings store(QSettings::IniFormat, QSettings::UserScope, "Test", "Written");
+        store.ClearValues();
+        store.SetValue("k", value);
+    }
+    QFile file(VekQSettings(QSettings::IniFormat, QSettings::UserScope, "Test", "Written").GetFileName());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QString::fromUtf8(file.readAll()), "[General]\nk=" + text + '\n');
+    // What another process finds: a store that has read the file.
+    const QSettings::SettingsMap parsed = [&file] {
+        QFile::copy(file.fileName(), file.fileName() + ".copy.ini");
+        QSettings copy(file.fileName() + ".copy.ini", QSettings::IniFormat);
+        return QSettings::SettingsMap{{"k", copy.value("k")}};
+    }();
+    QFile::remove(file.fileName() + ".copy.ini");
+    EXPECT_EQ(VariantConverter<T>::FromVariant(parsed["k"]), std::optional<T>(std::in_place, value))
+        << text.toStdString();
+}
+
+TEST_F(SettingsTest, TypedValuesAreReadableInTheFileAndComeBack)
+{
+    CheckInFile(0.1, "0.1");
+    CheckInFile(0.1F, "0.1");
+    CheckInFile(-1e300, "-1e+300");
+    CheckInFile(std::numeric_limits<quint64>::max(), "18446744073709551615");
+    CheckInFile(true, "true");
+    CheckInFile(Qt::Vertical, "Vertical");
+    CheckInFile(QDate(2026, 11, 21), "2026-11-21");
+    CheckInFile(QColor(1, 2, 3), "#010203");
+    CheckInFile(std::vector{0.5, 2.0}, "0.5, 2");
+    CheckInFile(std::vector{0.5}, "0.5");
+    CheckInFile(std::vector<double>(), "@Invalid()");
+    CheckInFile(QStringList{"a, b", "c"}, "\"a, b\", c");
+    CheckInFile(std::map<QString, int>{{"x", 1}, {"y", 2}}, "x, 1, y, 2");
+    CheckInFile(std::optional<int>(), "@Invalid()");
+    CheckInFile(QString(" \"quoted\", blanks "), R"(" \"quoted\", blanks ")");
+    CheckInFile(QByteArray("\0\x80", 2), R"(@ByteArray(\0\x80))");
+}
+
+TEST_F(SettingsTest, StoreIsWholeWheneverItsWriterIsKilled)
+{
+    int last = 0;
+    for (int kill = 0; kill < 25; ++kill)
+    {
+        QProcess writer;
+        writer.start(SETTINGS_WRITER, {folder.path(), "p", QString::number(last + 1)});
+        ASSERT_TRUE(writer.waitForReadyRead()) << writer.errorString().toStdString();
+        for (int more = kill % 3; more > 0; --more) // a moment that the machine draws
+            writer.waitForReadyRead();
+        writer.kill();
+        writer.waitForFinished();
+        const QList<QByteArray> told = writer.readAllStandardOutput().trimmed().split('\n');
+        const auto store = Open();
+        const int generation = store->GetValue("p/key0", -1);
+        ASSERT_GE(generation, told.last().toInt());
+        ASSERT_LE(generation, told.last().toInt() + 1);
+        for (int key = 0; key < 200; ++key)
+            ASSERT_EQ(store->GetValue("p/key" + QString::number(key), -1), generation);
+        last = generation;
+    }
+}
+
+TEST_F(SettingsTest, TwoWritersLoseNothing)
+{
+    std::array<QProcess, 2> writers;
+    constexpr int count = 20;
+    for (std::size_t i = 0; i < writers.size(); ++i)
+        writers[i].start(SETTINGS_WRITER, {folder.path(), QString::number(i), "0", QString::number(count)});
+    for (QProcess& writer : writers)
+        ASSERT_TRUE(writer.waitForFinished() && writer.exitCode() == 0);
+    const auto store = Open();
+    for (const char* const prefix : {"0", "1"})
+        for (int key = 0; key < 200; ++key)
+            ASSERT_EQ(store->GetValue(QString("%1/key%2").arg(prefix).arg(key), -1), count - 1);
+}
+
+TEST_F(SettingsTest, TroubleIsToldAndStopsNothing)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkpath("Test/Folder.ini"));
+    const auto blocked = Open("Folder"); // a folder stands where the file should
+    blocked->SetValue("k", 1);
+    blocked->Sync();
+    EXPECT_EQ(blocked->Status(), QSettings::AccessError);
+    EXPECT_EQ(blocked->GetValue<int>("k"), 1);
+
+    QFile garbage(folder.filePath("Test/Garbage.ini"));
+    ASSERT_TRUE(garbage.open(QIODevice::WriteOnly));
+    garbage.write(QByteArray("\x01\xff[[[=\n=\n@Variant(\\x7f\\xff\nk=@Variant(\\0\\0\n\n[a\nx=1"));
+    garbage.close();
+    const auto odd = Open("Garbage");
+    EXPECT_FALSE(odd->GetValue<int>("k"));
+    odd->SetValue("new", 2);
+    odd->Sync();
+    EXPECT_EQ(odd->GetValue<int>("new"), 2);
+    EXPECT_EQ(odd->Status(), QSettings::FormatError);
+}
+} // namespace
+} // namespace vek::App
