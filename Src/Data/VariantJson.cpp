@@ -54,8 +54,10 @@ private:
         case QMetaType::LongLong: return value.toLongLong();
         case QMetaType::QString: return value.toString();
         case QMetaType::Double:
-            if (std::isfinite(value.toDouble()))
-                return value.toDouble();
+            // Qt writes minus zero as 0.
+            if (const double number = value.toDouble();
+                std::isfinite(number) && !(number == 0 && std::signbit(number)))
+                return number;
             break;
         default: break;
         }

@@ -250,6 +250,11 @@ void ReadValue(QDataStream& stream, QVariant& value)
         return;
     if (!isNull && ReadFrequent(stream, type, value))
         return;
+    if (!QMetaType::isRegistered(type))
+    {
+        stream.setStatus(QDataStream::ReadCorruptData);
+        return;
+    }
     QVariant read{QMetaType(type)};
     if (!read.isValid() || !ReadContents(stream, read))
     {
