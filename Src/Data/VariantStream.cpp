@@ -2,6 +2,7 @@
 // exhaust the stack nor make us reserve more than a small multiple of the bytes that are there. Qt's own
 // reading of a QVariant does both, so containers within it are read here, and only single values by Qt.
 #include "VekAppCore/Data/VekQVariantMap.h"
+#include <QBitArray>
 #include <QByteArrayList>
 #include <QDataStream>
 #include <QGuiApplication>
@@ -92,6 +93,34 @@ void ReadMap(QDataStream& stream, Map& map)
         ReadValue(stream, value);
         map.insert(key, value);
     }
+}
+
+/// Qt writes beyond its memory where the count of bits is absurd.
+QBitArray ReadBits(QDataStream& stream)
+{
+    quint64 count = 0;
+    if (stream.version() < QDataStream::Qt_6_0)
+    {
+        quint32 shortCount = 0;
+        stream >> shortCount;
+        count = shortCount;
+    }
+    else
+        stream >> count;
+    const auto there = static_cast<quint64>(stream.device() ? stream.device()->bytesAvailable() : 0);
+    if (count > there * 8)
+    {
+        stream.setStatus(QDataStream::ReadPastEnd);
+        return {};
+    }
+    QByteArray bytes(static_cast<qsizetype>((count + 7) / 8), '\0');
+    stream.readRawData(bytes.data(), static_cast<int>(bytes.size()));
+    if (count % 8 != 0 && static_cast<quint8>(bytes.back()) >> count % 8 != 0)
+    {
+        stream.setStatus(QDataStream::ReadCorruptData);
+        return {};
+    }
+    return QBitArray::fromBits(bytes.constData(), static_cast<qsizetype>(count));
 }
 
 QTextFormat ReadTextFormat(QDataStream& stream)
@@ -187,6 +216,7 @@ bool ReadContents(QDataStream& stream, QVariant& value)
         ReadValue(stream, second);
         return true;
     }
+    case QMetaType::QBitArray: *static_cast<QBitArray*>(contents) = ReadBits(stream); return true;
     case QMetaType::QTextFormat: *static_cast<QTextFormat*>(contents) = ReadTextFormat(stream); return true;
     default:
         if (NeedsWindowSystem(type) && !qobject_cast<QGuiApplication*>(QCoreApplication::instance()))

@@ -95,7 +95,6 @@ Ascii Delocalize(QStringView text, const NumberOptions* options)
         return at >= 0 && at < text.size() && text[at] >= u'0' && text[at] <= u'9';
     };
     bool isInteger = true; // before the decimal separator and the exponent
-    bool isGrouped = false;
     qsizetype groupBegin = text.startsWith(u'-') ? 1 : 0;
     for (qsizetype at = 0; at < text.size();)
     {
@@ -111,9 +110,8 @@ Ascii Delocalize(QStringView text, const NumberOptions* options)
             const qsizetype size = at - groupBegin;
             at += group.size();
             const bool isWhole = isDigit(at) && isDigit(at + 1) && isDigit(at + 2) && !isDigit(at + 3);
-            if (!isWhole || size < 1 || size > 3 || (isGrouped && size != 3))
+            if (!isWhole || size < 1 || size > 3)
                 return {};
-            isGrouped = true;
             groupBegin = at;
         }
         else

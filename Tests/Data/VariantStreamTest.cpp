@@ -1,5 +1,6 @@
 #include "Support/TestSupport.h"
 #include "VekAppCore/Data/VekQVariantMap.h"
+#include <QBitArray>
 #include <QColor>
 #include <QDataStream>
 #include <QDate>
@@ -306,6 +307,12 @@ INSTANTIATE_TEST_SUITE_P(
         HostileCase{"polygon reserved for 2^32 - 1",
                     Big(quint32(QMetaType::QPolygonF)) + '\0' + Big(~quint32(0)), QDataStream::ReadPastEnd,
                     false, true},
+        HostileCase{"bits of 2^63 written beyond memory",
+                    Big(quint32(QMetaType::QBitArray)) + '\0' + Big(quint64(0xfffff600258eb600)) + "padding",
+                    QDataStream::ReadPastEnd, false, true},
+        HostileCase{"bits beyond their count taken",
+                    Big(quint32(QMetaType::QBitArray)) + '\0' + Big(quint64(3)) + '\x0f',
+                    QDataStream::ReadCorruptData, false, true},
         HostileCase{"text of 2^31 reserved",
                     Big(quint32(QMetaType::QString)) + '\0' + Big(quint32(0x7ffffffe)),
                     QDataStream::ReadPastEnd, false, true}));
@@ -357,6 +364,20 @@ TEST(VariantStream, GroupsThatAreBrokenAreNone)
         Big(qint32(1)) + Big(qint32(2)) + group + Big(quint32(3)) + "abc" + Big(qint64(0));
     EXPECT_EQ(ReadInto(map, bytes, QDataStream::Qt_6_0).status, QDataStream::ReadCorruptData);
     EXPECT_TRUE(map.GetGroups().isEmpty());
+}
+
+TEST(VariantStream, BitsComeBack)
+{
+    QBitArray bits(11);
+    bits.setBit(0);
+    bits.setBit(10);
+    for (const int version : {int(QDataStream::Qt_5_15), int(QDataStream::Qt_6_0)})
+    {
+        VekQVariant back;
+        const Read read = ReadInto(back, Write(Node(bits), version), version);
+        EXPECT_TRUE(read.status == QDataStream::Ok && read.isWhole);
+        EXPECT_EQ(back, Node(bits));
+    }
 }
 
 TEST(VariantStream, EveryTypeOfQtComesBackAsFromQt)
