@@ -1,4 +1,5 @@
 #include "DeskWindow.h"
+#include "SettingsDialog.h"
 #include "VekAppCore/App/Application.h"
 #include "VekAppCore/App/Exception.h"
 #include "VekAppCore/App/Log.h"
@@ -27,7 +28,7 @@ DeskWindow::DeskWindow(Threading::TaskExecutor& executor)
     setCentralWidget(m_tabs);
     m_tabs->setDocumentMode(true);
     m_tabs->setTabsClosable(true);
-    m_tabs->addTab(new DeviationView, u"Start"_s);
+    m_tabs->addTab(new DeviationView(m_settings), u"Start"_s);
     connect(m_tabs, &QTabWidget::currentChanged, this, App::SafeCallable([this] { _ShowFigures(); }));
     connect(m_tabs, &QTabWidget::tabCloseRequested, this,
             App::SafeCallable([this](int index) { delete m_tabs->widget(index); }));
@@ -43,11 +44,17 @@ DeskWindow::DeskWindow(Threading::TaskExecutor& executor)
     resizeDocks({logDock}, {160}, Qt::Vertical);
     m_log->Install();
     statusBar()->addPermanentWidget(new Threading::TaskStatusBar(executor));
-    _ShowFigures();
 
     QMenu* const menu = menuBar()->addMenu(u"&File"_s);
     menu->addAction(u"&Open..."_s, QKeySequence::Open, this, App::SafeCallable([this] { _AskForFiles(); }));
+    m_recentFiles = menu->addMenu(u"Open &recent"_s);
+    connect(m_recentFiles, &QMenu::aboutToShow, this, App::SafeCallable([this] { _ListRecentFiles(); }));
+    m_save = menu->addAction(u"Save &as..."_s, QKeySequence::SaveAs, this,
+                             App::SafeCallable([this] { _AskForTarget(); }));
+    menu->addAction(u"Se&ttings..."_s, QKeySequence::Preferences, this,
+                    App::SafeCallable([this] { _AskForSettings(); }));
     menu->addAction(u"&Quit"_s, QKeySequence::Quit, this, &QWidget::close);
+    _ShowFigures();
 }
 
 DeskWindow::~DeskWindow()
@@ -56,12 +63,87 @@ DeskWindow::~DeskWindow()
         job.task.Cancel();
 }
 
+void DeskWindow::UseSettings()
+{
+    m_store.emplace();
+    _ChangeSettings(m_store->Get());
+    if (m_settings.restoresWindow)
+        restoreGeometry(m_settings.geometry);
+}
+
+void DeskWindow::_ChangeSettings(const DeskSettings& settings)
+{
+    m_settings = settings;
+    for (int index = 0; index < m_tabs->count(); ++index)
+        static_cast<DeviationView*>(m_tabs->widget(index))->SetSettings(settings);
+    _ShowFigures();
+    if (m_store)
+        m_store->Write(settings);
+}
+
+void DeskWindow::_AskForSettings()
+{
+    auto* const dialog = new SettingsDialog(m_settings, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, App::SafeCallable([this, dialog] {
+                DeskSettings settings = m_settings;
+                dialog->ApplyTo(settings);
+                _ChangeSettings(settings);
+            }));
+    dialog->open();
+}
+
+void DeskWindow::_ListRecentFiles()
+{
+    m_recentFiles->clear();
+    for (const QString& file : m_settings.recentFiles)
+        m_recentFiles
+            ->addAction(QString(file).replace(u'&', u"&&"_s), this,
+                        App::SafeCallable([this, file] { Inspect(file); }))
+            ->setEnabled(QFileInfo(file).isFile());
+    if (m_recentFiles->isEmpty())
+        m_recentFiles->addAction(u"None yet"_s)->setEnabled(false);
+}
+
+void DeskWindow::_AddRecentFile(const QString& file)
+{
+    m_settings.AddRecentFile(file);
+    if (m_store)
+        m_store->Write(m_settings);
+}
+
 void DeskWindow::_AskForFiles()
 {
-    const QStringList extensions = App::Services().Require<IPointCloudReader>().GetExtensions();
-    for (const QString& file : QFileDialog::getOpenFileNames(
-             this, u"Open point clouds"_s, {}, u"Point clouds (*.%1)"_s.arg(extensions.join(u" *."_s))))
+    const QStringList extensions = App::Services().Require<IPointCloudReader>().GetExtensions()
+                                   << documentExtension;
+    for (const QString& file :
+         QFileDialog::getOpenFileNames(this, u"Open point clouds and documents"_s, {},
+                                       u"Files to open (*.%1)"_s.arg(extensions.join(u" *."_s))))
         Inspect(file);
+}
+
+void DeskWindow::_AskForTarget()
+{
+    // Taken before the dialog: meanwhile, a task may end and show its tab.
+    const InspectionDocument document{m_tabs->tabText(m_tabs->currentIndex()), _GetView()->GetInspection()};
+    QFileDialog dialog(this, u"Save the result"_s, {}, u"Documents (*.%1)"_s.arg(documentExtension));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(documentExtension);
+    dialog.selectFile(QFileInfo(document.title).completeBaseName());
+    if (dialog.exec() == QDialog::Accepted)
+        Save(dialog.selectedFiles().value(0), document);
+}
+
+template <typename Work, typename Then>
+void DeskWindow::_Launch(const QString& title, Work work, Then then, FailureCallback onFailure, bool isSaving)
+{
+    const auto job = m_jobs.emplace(m_jobs.end());
+    job->isSaving = isSaving;
+    const Threading::TaskListener task =
+        job->task.Launch(m_executor, TrString::NoTranslate(title), std::move(work), std::move(then));
+    job->failed = task.OnTaskException(
+        onFailure ? std::move(onFailure) : [this](const auto& exception) { _ShowFailure(exception); });
+    job->finished = task.OnTaskFinished([this, job] { m_jobs.erase(job); });
 }
 
 void DeskWindow::Inspect(const QString& file, FailureCallback onFailure)
@@ -69,41 +151,56 @@ void DeskWindow::Inspect(const QString& file, FailureCallback onFailure)
     // The services stay: the application waits for its workers before it destroys them.
     const auto work = [file, &reader = App::Services().Require<IPointCloudReader>(),
                        &fitter = App::Services().Require<IPlaneFitter>()](auto& progression) {
+        if (IsDocument(file))
+            return ReadDocument(file, progression);
+        const QString name = QFileInfo(file).fileName();
         const PointCloud points = reader.Read(file, progression);
-        progression.SetTitle(TrString::NoTranslate(u"Fitting %1"_s.arg(QFileInfo(file).fileName())));
-        return std::make_shared<const Inspection>(fitter.Fit(points, progression));
+        progression.SetTitle(TrString::NoTranslate(u"Fitting %1"_s.arg(name)));
+        return InspectionDocument{name, std::make_shared<const Inspection>(fitter.Fit(points, progression))};
     };
     QElapsedTimer timer;
     timer.start();
-    const auto job = m_jobs.emplace(m_jobs.end());
-    const Threading::TaskListener task =
-        job->task.Launch(m_executor, TrString::NoTranslate(u"Reading %1"_s.arg(QFileInfo(file).fileName())),
-                         work, [this, file, timer](const std::shared_ptr<const Inspection>& inspection) {
-                             _Show(file, inspection, static_cast<double>(timer.elapsed()) / 1000.0);
-                         });
-    job->failed = task.OnTaskException(
-        onFailure ? std::move(onFailure) : [this](const auto& exception) { _ShowFailure(exception); });
-    job->finished = task.OnTaskFinished([this, job] { m_jobs.erase(job); });
+    const auto show = [this, file, timer](const InspectionDocument& result) {
+        _Show(file, result, static_cast<double>(timer.elapsed()) / 1000.0);
+    };
+    _Launch(u"Reading %1"_s.arg(QFileInfo(file).fileName()), work, show, std::move(onFailure), false);
 }
 
-void DeskWindow::_Show(const QString& file, const std::shared_ptr<const Inspection>& inspection,
-                       double seconds)
+void DeskWindow::Save(const QString& file, const InspectionDocument& document)
 {
-    const QString name = QFileInfo(file).fileName();
-    auto* view = static_cast<DeviationView*>(m_tabs->currentWidget());
+    const auto work = [file, document](auto& progression) { WriteDocument(file, document, progression); };
+    const auto tell = [this, file] {
+        _AddRecentFile(file);
+        _Tell(u"%1: saved"_s.arg(QFileInfo(file).fileName()));
+    };
+    _Launch(u"Saving %1"_s.arg(QFileInfo(file).fileName()), work, tell, {}, true);
+}
+
+void DeskWindow::_Show(const QString& file, const InspectionDocument& result, double seconds)
+{
+    DeviationView* view = _GetView();
     if (!view || view->GetInspection())
-        view = static_cast<DeviationView*>(m_tabs->widget(m_tabs->addTab(new DeviationView, name)));
-    m_tabs->setTabText(m_tabs->indexOf(view), name);
+    {
+        view = new DeviationView(m_settings);
+        m_tabs->addTab(view, QString());
+    }
+    m_tabs->setTabText(m_tabs->indexOf(view), result.title);
     m_tabs->setTabToolTip(m_tabs->indexOf(view), file);
     m_tabs->setCurrentWidget(view);
     QElapsedTimer timer;
     timer.start();
-    view->Show(inspection);
+    view->Show(result.inspection);
     _ShowFigures();
-    statusBar()->showMessage(u"%1: %L2 points read, fitted and drawn in %3 s"_s.arg(name)
-                                 .arg(inspection->flat.cols())
-                                 .arg(seconds + static_cast<double>(timer.elapsed()) / 1000.0, 0, 'f', 3));
-    App::Log(Log::Verbosity::Info, statusBar()->currentMessage());
+    _Tell(u"%1: %L2 points read, fitted and drawn in %3 s"_s.arg(QFileInfo(file).fileName())
+              .arg(result.inspection->flat.cols())
+              .arg(seconds + static_cast<double>(timer.elapsed()) / 1000.0, 0, 'f', 3));
+    _AddRecentFile(file);
+}
+
+void DeskWindow::_Tell(const QString& message)
+{
+    statusBar()->showMessage(message);
+    App::Log(Log::Verbosity::Info, message);
 }
 
 void DeskWindow::_ShowFailure(const Exception::AppException& exception)
@@ -115,13 +212,16 @@ void DeskWindow::_ShowFailure(const Exception::AppException& exception)
     box->open(); // does not block: other files go on
 }
 
+DeviationView* DeskWindow::_GetView() const { return static_cast<DeviationView*>(m_tabs->currentWidget()); }
+
 void DeskWindow::_ShowFigures()
 {
-    const auto* const view = static_cast<const DeviationView*>(m_tabs->currentWidget());
-    if (!view || !view->GetInspection())
+    const DeviationView* const view = _GetView();
+    m_save->setEnabled(view && view->GetInspection());
+    if (!m_save->isEnabled())
         return m_figures->setText(u"Nothing inspected yet"_s);
     QString text;
-    for (const auto& [name, value] : view->GetInspection()->GetFigures())
+    for (const auto& [name, value] : view->GetInspection()->GetFigures(m_settings.unit))
         text += u"<p>%1<br><b style='font-size: 22px'>%2</b></p>"_s.arg(name, value);
     m_figures->setText(text);
 }
@@ -130,8 +230,20 @@ const Inspection* DeskWindow::FindInspection(const QString& file) const
 {
     for (int index = m_tabs->count() - 1; index >= 0; --index)
         if (m_tabs->tabToolTip(index) == file)
-            return static_cast<const DeviationView*>(m_tabs->widget(index))->GetInspection();
+            return static_cast<const DeviationView*>(m_tabs->widget(index))->GetInspection().get();
     return nullptr;
+}
+
+void DeskWindow::closeEvent(QCloseEvent* event)
+{
+    if (std::ranges::any_of(m_jobs, &Job::isSaving))
+    {
+        statusBar()->showMessage(u"A document is still being saved"_s);
+        return event->ignore();
+    }
+    m_settings.geometry = saveGeometry();
+    if (m_store)
+        m_store->Write(m_settings);
 }
 
 void DeskWindow::dragEnterEvent(QDragEnterEvent* event)

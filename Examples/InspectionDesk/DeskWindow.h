@@ -1,5 +1,6 @@
 #pragma once
 #include "InspectionDesk/DeviationView.h"
+#include "InspectionDesk/InspectionDocument.h"
 #include "VekAppCore/App/LogPanel.h"
 #include "VekAppCore/Threading/AsyncTask.h"
 #include <QLabel>
@@ -21,9 +22,15 @@ public:
     /// Cancels what is running without waiting for it.
     ~DeskWindow() override;
 
-    /// Starts to inspect a file.
+    /// Takes the settings of the user, and keeps them as they change from now on.
+    void UseSettings();
+
+    /// Starts to inspect a file, or to open a document.
     /// @param onFailure  called where that fails; a message box unless given.
     void Inspect(const QString& file, FailureCallback onFailure = {});
+
+    /// Starts to save a result; the window stays open until that is done.
+    void Save(const QString& file, const InspectionDocument& document);
 
     [[nodiscard]] bool IsBusy() const { return !m_jobs.empty(); }
     /// The log is shown a little later than the rest.
@@ -32,27 +39,44 @@ public:
     [[nodiscard]] const Inspection* FindInspection(const QString& file) const;
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
-    /// An inspection that is running. It dies with the window, which then hears no more of it.
+    /// A file that is being read or saved. It dies with the window, which then hears no more of it.
     struct Job
     {
         Threading::AsyncTask task;
         Connection failed;
         Connection finished;
+        bool isSaving;
     };
 
+    /// @param onFailure  a message box unless given.
+    template <typename Work, typename Then>
+    void _Launch(const QString& title, Work work, Then then, FailureCallback onFailure, bool isSaving);
+
+    [[nodiscard]] DeviationView* _GetView() const;
     void _AskForFiles();
-    void _Show(const QString& file, const std::shared_ptr<const Inspection>& inspection, double seconds);
+    void _AskForTarget();
+    void _AskForSettings();
+    void _ListRecentFiles();
+    void _AddRecentFile(const QString& file);
+    void _ChangeSettings(const DeskSettings& settings);
+    void _Show(const QString& file, const InspectionDocument& result, double seconds);
+    void _Tell(const QString& message);
     void _ShowFailure(const Exception::AppException& exception);
     void _ShowFigures();
 
     Threading::TaskExecutor& m_executor;
-    QTabWidget* const m_tabs; ///< Of DeviationViews, named by their files.
-    QLabel* const m_figures;  ///< Of the current tab.
+    DeskSettings m_settings;
+    std::optional<DeskSettingsStore> m_store; ///< Empty where settings are neither read nor kept.
+    QTabWidget* const m_tabs;                 ///< Of DeviationViews, named by their files.
+    QLabel* const m_figures;                  ///< Of the current tab.
     App::LogPanel* const m_log;
+    QAction* m_save = nullptr;
+    QMenu* m_recentFiles = nullptr;
     std::list<Job> m_jobs;
 };
 } // namespace vek::Desk

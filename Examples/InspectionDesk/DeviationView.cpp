@@ -9,30 +9,47 @@ namespace
 using namespace Qt::StringLiterals;
 
 constexpr QMarginsF margins(34.0, 50.0, 140.0, 34.0); // for the legend on the right
-constexpr QRgb colours[] = {0xb2182b, 0xd6604d, 0xf4a582, 0xf7f7f7, 0x92c5de, 0x4393c3, 0x2166ac};
+constexpr QRgb middleColour = 0xf7f7f7;
 constexpr int paletteSize = 511;      // odd: the middle one is the colour of 0
 constexpr double overlap = 1.6;       // of squares on an even grid; less would leave gaps in an uneven one
 constexpr double largestSquare = 9.0; // in pixels
 
-/// A column: red above the plane, near white on it, blue below.
-QImage MakePalette()
+/// A column: one colour above the plane, near white on it, the other below.
+QImage MakePalette(const DeskSettings& settings)
 {
     QLinearGradient gradient(0.0, 0.0, 0.0, paletteSize);
-    for (double place = 0.0; const QRgb colour : colours)
-        gradient.setColorAt(std::exchange(place, place + 1.0) / (std::size(colours) - 1), QColor(colour));
+    gradient.setStops({{0.0, settings.above}, {0.5, QColor(middleColour)}, {1.0, settings.below}});
     QImage palette(1, paletteSize, QImage::Format_RGB32);
     QPainter(&palette).fillRect(palette.rect(), gradient);
     return palette;
 }
 } // namespace
 
+DeviationView::DeviationView(const DeskSettings& settings) : m_settings(settings)
+{
+    setMinimumSize(400, 300); // so that there is room for the points beside the legend
+}
+
+void DeviationView::SetSettings(const DeskSettings& settings)
+{
+    m_settings = settings;
+    m_image = QImage();
+    update();
+}
+
 void DeviationView::Show(std::shared_ptr<const Inspection> inspection)
 {
     m_inspection = std::move(inspection);
-    m_limit =
-        std::max({m_inspection->highest.z(), -m_inspection->lowest.z(), std::numeric_limits<double>::min()});
     m_image = QImage();
     repaint();
+}
+
+double DeviationView::_GetLimit() const
+{
+    if (m_settings.tolerance > 0.0)
+        return m_settings.tolerance;
+    return std::max(
+        {m_inspection->highest.z(), -m_inspection->lowest.z(), std::numeric_limits<double>::min()});
 }
 
 /// Each point is a square that just covers the space a point has on average.
@@ -45,7 +62,8 @@ void DeviationView::_DrawPoints()
     const double spacing = pixelsPerMillimetre * std::sqrt(extent.x() * extent.y() /
                                                            static_cast<double>(m_inspection->flat.cols()));
     const int side = static_cast<int>(std::clamp(std::ceil(spacing * overlap), 1.0, largestSquare));
-    const QImage palette = MakePalette();
+    const QImage palette = MakePalette(m_settings);
+    const double limit = _GetLimit();
     m_image = QImage(size(), QImage::Format_ARGB32_Premultiplied);
     m_image.fill(Qt::transparent);
     QPainter painter(&m_image);
@@ -54,7 +72,8 @@ void DeviationView::_DrawPoints()
         const Eigen::Vector3d offset = (point - middle) * pixelsPerMillimetre;
         QRect square(0, 0, side, side);
         square.moveCenter((plot.center() + QPointF(offset.x(), -offset.y())).toPoint());
-        const long row = std::lround((1.0 - point.z() / m_limit) / 2.0 * (paletteSize - 1));
+        const long row =
+            std::lround((1.0 - std::clamp(point.z() / limit, -1.0, 1.0)) / 2.0 * (paletteSize - 1));
         painter.fillRect(square, QColor(palette.pixel(0, static_cast<int>(row))));
     }
 }
@@ -75,14 +94,16 @@ void DeviationView::paintEvent(QPaintEvent*)
 
     constexpr int steps = 8;
     const QRectF bar(width() - 100.0, margins.top(), 20.0, height() - margins.top() - margins.bottom());
-    painter.drawText(QPointF(bar.left(), bar.top() - 20.0), u"Deviation [mm]"_s);
-    painter.drawImage(bar, MakePalette());
+    painter.drawText(QPointF(bar.left(), bar.top() - 20.0), u"Deviation [%1]"_s.arg(m_settings.unit.symbol));
+    painter.drawImage(bar, MakePalette(m_settings));
+    const double limit = _GetLimit() / m_settings.unit.millimetres;
     for (int i = 0; i <= steps; ++i)
     {
         const double y = bar.bottom() - bar.height() * i / steps;
         painter.drawLine(QLineF(bar.right(), y, bar.right() + 5.0, y));
-        painter.drawText(QRectF(bar.right() + 9.0, y - 9.0, 70.0, 18.0), Qt::AlignVCenter,
-                         QString::asprintf("%+.3f", m_limit * (2.0 * i / steps - 1.0)));
+        painter.drawText(
+            QRectF(bar.right() + 9.0, y - 9.0, 70.0, 18.0), Qt::AlignVCenter,
+            QString::asprintf("%+.*f", m_settings.unit.decimals - 1, limit * (2.0 * i / steps - 1.0)));
     }
 }
 } // namespace vek::Desk

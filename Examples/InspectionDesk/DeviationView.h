@@ -1,4 +1,5 @@
 #pragma once
+#include "InspectionDesk/DeskSettings.h"
 #include "InspectionDesk/IPlaneFitter.h"
 #include <QImage>
 #include <QWidget>
@@ -10,21 +11,25 @@ namespace vek::Desk
 class DeviationView : public QWidget
 {
 public:
-    DeviationView() { setMinimumSize(400, 300); } // so that there is room for the points beside the legend
+    explicit DeviationView(const DeskSettings& settings);
+
+    void SetSettings(const DeskSettings& settings);
 
     /// Draws at once.
     void Show(std::shared_ptr<const Inspection> inspection);
     /// Null before the first one.
-    [[nodiscard]] const Inspection* GetInspection() const { return m_inspection.get(); }
+    [[nodiscard]] const std::shared_ptr<const Inspection>& GetInspection() const { return m_inspection; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// The largest deviation, to either side, that has a colour of its own.
+    [[nodiscard]] double _GetLimit() const;
     void _DrawPoints();
 
+    DeskSettings m_settings;
     std::shared_ptr<const Inspection> m_inspection; ///< Null before the first one.
-    double m_limit = 0.0;                           ///< The largest deviation to either side.
-    QImage m_image;                                 ///< The points as drawn the last time.
+    QImage m_image;                                 ///< The points as drawn the last time; may be null.
 };
 } // namespace vek::Desk

@@ -1,5 +1,6 @@
 #pragma once
 #include "InspectionDesk/IPointCloudReader.h"
+#include "InspectionDesk/LengthUnit.h"
 #include <utility>
 
 namespace vek::Desk
@@ -14,8 +15,12 @@ struct Inspection
     Eigen::Vector3d highest;
     double standardDeviation;
 
+    /// Takes what follows from flat: the bounds and the standard deviation.
+    void Measure();
+
     /// Names and values for people.
-    [[nodiscard]] std::vector<std::pair<QString, QString>> GetFigures() const;
+    [[nodiscard]] std::vector<std::pair<QString, QString>>
+    GetFigures(const LengthUnit& unit = lengthUnits[0]) const;
 };
 
 /// Fits planes. Any thread, once the application has started.

@@ -11,7 +11,6 @@
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QOperatingSystemVersion>
-#include <QSettings>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
@@ -109,14 +108,11 @@ int Run(App::ApplicationFrame& frame, const QCommandLineParser& arguments)
     if (isUnattended)
         return RunUnattended(frame, window, arguments);
     App::NotificationBar::Install();
-    QSettings settings(App::GetAppDataDir() + u"/InspectionDesk.ini"_s, QSettings::IniFormat);
-    window.restoreGeometry(settings.value(u"Geometry"_s).toByteArray());
+    window.UseSettings();
     window.show();
     for (const QString& file : files)
         window.Inspect(file);
-    const int exitCode = QCoreApplication::exec();
-    settings.setValue(u"Geometry"_s, window.saveGeometry());
-    return exitCode;
+    return QCoreApplication::exec();
 }
 } // namespace
 } // namespace vek::Desk
@@ -130,8 +126,8 @@ int main(int argc, char** argv)
     const App::VekQApplication application(argc, argv);
     QCommandLineParser arguments;
     arguments.setApplicationDescription(u"Shows how flat a plate is, from points measured on it."_s);
-    arguments.addPositionalArgument(u"file"_s, u"The points: .xyz, .txt, .csv, or a plug-in's."_s,
-                                    u"[file...]"_s);
+    arguments.addPositionalArgument(
+        u"file"_s, u"Points (.xyz, .txt, .csv, or a plug-in's) or a document (.vekdoc)."_s, u"[file...]"_s);
     arguments.addOptions(
         {{u"report"_s, u"Write the figures to <file> and exit."_s, u"file"_s},
          {u"screenshot"_s, u"Write a picture of the window (PNG) to <file> and exit."_s, u"file"_s},
@@ -143,6 +139,8 @@ int main(int argc, char** argv)
     App::AppConfiguration configuration;
     configuration.applicationName = u"InspectionDesk"_s;
     configuration.applicationTitle = u"Inspection Desk"_s;
+    configuration.version = {2, 0, 0, 0};
+    QCoreApplication::setApplicationVersion(u"2.0"_s); // of the settings, too
     App::ApplicationFrame frame(configuration);
     try
     {

@@ -4,12 +4,31 @@
 #include <charconv>
 #include <string_view>
 
-/// Taking lines and numbers from the front of a text. All in the header, so that plug-ins can use it too.
+/// Telling what is wrong with a file, and taking lines and numbers from the front of a text. All in the
+/// header, so that plug-ins can use it too.
 namespace vek::Desk
 {
 [[noreturn]] inline void FailReading(const QString& reason)
 {
     throw Exception::AppException(TrString::NoTranslate(reason));
+}
+
+/// Runs @p work, whose failures then name the file.
+template <typename Work>
+auto NameInFailures(const QString& path, Work work)
+{
+    try
+    {
+        return work();
+    }
+    catch (const Exception::AppException& exception)
+    {
+        FailReading(QStringLiteral("%1: %2").arg(path, exception.GetMessage().ToString()));
+    }
+    catch (const std::bad_alloc&)
+    {
+        FailReading(QStringLiteral("%1: there is not enough memory for it").arg(path));
+    }
 }
 
 /// Without its line feed; a carriage return in front of it counts as a blank.

@@ -55,9 +55,7 @@ public:
         progression.SetProgression(percentOfReading + 10);
         result.flat = axes.transpose() * offsets;
         progression.SetProgression(percentOfReading + 15);
-        result.lowest = result.flat.rowwise().minCoeff();
-        result.highest = result.flat.rowwise().maxCoeff();
-        result.standardDeviation = result.flat.row(2).norm() / std::sqrt(static_cast<double>(count));
+        result.Measure();
         return result;
     }
 };
@@ -65,13 +63,19 @@ public:
 VEK_DECLARE_SERVICE(IPlaneFitter, PlaneFitter);
 } // namespace
 
-std::vector<std::pair<QString, QString>> Inspection::GetFigures() const
+void Inspection::Measure()
 {
-    const auto toText = [](double length) { return u"%1 mm"_s.arg(length, 0, 'f', 4); };
+    lowest = flat.rowwise().minCoeff();
+    highest = flat.rowwise().maxCoeff();
+    standardDeviation = flat.row(2).norm() / std::sqrt(static_cast<double>(flat.cols()));
+}
+
+std::vector<std::pair<QString, QString>> Inspection::GetFigures(const LengthUnit& unit) const
+{
     return {{u"Points"_s, QLocale(QLocale::English).toString(flat.cols())},
-            {u"Flatness"_s, toText(highest.z() - lowest.z())},
-            {u"Standard deviation"_s, toText(standardDeviation)},
-            {u"Highest deviation"_s, toText(highest.z())},
-            {u"Lowest deviation"_s, toText(lowest.z())}};
+            {u"Flatness"_s, unit.ToText(highest.z() - lowest.z())},
+            {u"Standard deviation"_s, unit.ToText(standardDeviation)},
+            {u"Highest deviation"_s, unit.ToText(highest.z())},
+            {u"Lowest deviation"_s, unit.ToText(lowest.z())}};
 }
 } // namespace vek::Desk

@@ -54,9 +54,8 @@ public:
 
     PointCloud Read(const QString& path, Threading::IProgression& progression) const override
     {
-        const QFileInfo info(path);
-        try
-        {
+        return NameInFailures(path, [&] {
+            const QFileInfo info(path);
             if (!info.isFile()) // a folder, or a device that never ends, is none
                 FailReading(u"there is no such file"_s);
             const ReadFormat read = m_formats.value(info.suffix().toLower());
@@ -70,15 +69,7 @@ public:
             if (points.empty())
                 FailReading(u"there are no points in it"_s);
             return points;
-        }
-        catch (const Exception::AppException& exception)
-        {
-            FailReading(u"%1: %2"_s.arg(path, exception.GetMessage().ToString()));
-        }
-        catch (const std::bad_alloc&)
-        {
-            FailReading(u"%1: there is not enough memory for it"_s.arg(path));
-        }
+        });
     }
 
 private:

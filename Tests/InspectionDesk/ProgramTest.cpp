@@ -1,5 +1,8 @@
 #include "InspectionDesk/DeskFixture.h"
+#include "InspectionDesk/InspectionDocument.h"
+#include "Support/TestSupport.h"
 #include "VekAppCore/App/Folders.h"
+#include <QDir>
 #include <QImage>
 #include <QProcess>
 
@@ -45,6 +48,50 @@ TEST_F(ProgramTest, WritesReportAndScreenshotOfTheSample)
     // Left of the step the plate lies below the plane, right of it above: bluish, then reddish.
     EXPECT_GT(image.pixelColor(595, 320).blue(), image.pixelColor(595, 320).red() + 40);
     EXPECT_GT(image.pixelColor(640, 320).red(), image.pixelColor(640, 320).blue() + 40);
+}
+
+TEST_F(ProgramTest, DocumentIsOpenedLikeAnyOtherFile)
+{
+    const PointCloud points =
+        App::Services().Require<IPointCloudReader>().Read(QStringLiteral(DESK_SAMPLE), m_progress);
+    const auto inspection =
+        std::make_shared<const Inspection>(App::Services().Require<IPlaneFitter>().Fit(points, m_progress));
+    WriteDocument(m_folder.GetPath() + "/p.vekdoc", {"Plate.xyz", inspection}, m_progress);
+    EXPECT_EQ(Run("p.vekdoc --report r.txt"), 0) << m_errors;
+    EXPECT_THAT(m_output,
+                testing::HasSubstr("p.vekdoc\nPoints              23,712\nFlatness            0.2868"));
+}
+
+TEST_F(ProgramTest, SettingsOfAnEarlierVersionAreKeptUnlessTheyAreNotWanted)
+{
+    const QString place = m_folder.GetPath() + "/Ostrafel/InspectionDesk ";
+    Write("plate.xyz", "0 0 0\n4 0 1\n4 2 0\n0 2 1\n");
+    QDir(m_folder.GetPath()).mkpath("Ostrafel");
+    Write("Ostrafel/InspectionDesk 1.9.conf", "[General]\nUnit=in\n");
+    const std::pair<const char*, bool> rows[] = {{"2.0 - NoSettingsMode.conf", false}, {"2.0.conf", true}};
+    for (const auto& [name, isCarriedOver] : rows)
+    {
+        QStringList arguments{"plate.xyz"};
+        if (!isCarriedOver)
+            arguments << "--NoSettings";
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", "minimal"); // a window that nobody sees
+        environment.insert("XDG_CONFIG_HOME", m_folder.GetPath());
+        QProcess program;
+        program.setProcessEnvironment(environment);
+        program.setWorkingDirectory(m_folder.GetPath());
+        program.start(App::GetAppDir() + "/InspectionDesk", arguments);
+        QByteArray kept;
+        EXPECT_TRUE(TestSupport::WaitFor([&, file = place + name] {
+            QFile store(file);
+            kept = store.open(QIODevice::ReadOnly) ? store.readAll() : QByteArray();
+            return kept.contains("plate.xyz"); // a recent file
+        })) << name;
+        EXPECT_EQ(kept.contains("Unit=in"), isCarriedOver) << kept.toStdString();
+        EXPECT_EQ(QFile::exists(place + "2.0.conf"), isCarriedOver);
+        program.kill();
+        program.waitForFinished();
+    }
 }
 
 TEST_F(ProgramTest, ListsAlsoWhatThePluginDeclares)

@@ -1,0 +1,86 @@
+#include "DeskSettings.h"
+#include "VekAppCore/App/Notifier.h"
+#include "VekAppCore/Settings/AppSettings.h"
+#include <QFileInfo>
+#include <tuple>
+
+namespace vek::Desk
+{
+namespace
+{
+using namespace Qt::StringLiterals;
+
+constexpr qsizetype mostRecentFiles = 8;
+
+/// Calls @p visit with the key and the member of each setting.
+void ForEachSetting(const auto& visit)
+{
+    visit(u"Unit"_s, &DeskSettings::unit);
+    visit(u"Deviation/ColourAbove"_s, &DeskSettings::above);
+    visit(u"Deviation/ColourBelow"_s, &DeskSettings::below);
+    visit(u"Deviation/Tolerance"_s, &DeskSettings::tolerance);
+    visit(u"RecentFiles"_s, &DeskSettings::recentFiles);
+    visit(u"Window/Restore"_s, &DeskSettings::restoresWindow);
+    visit(u"Window/Geometry"_s, &DeskSettings::geometry);
+}
+
+/// A file of settings may have been edited by hand.
+bool IsUsable(const auto&) { return true; }
+bool IsUsable(const QColor& colour) { return colour.isValid(); }
+bool IsUsable(double tolerance) { return tolerance >= 0.0 && tolerance <= DeskSettings::largestTolerance; }
+} // namespace
+
+void DeskSettings::AddRecentFile(const QString& file)
+{
+    const QString path = QFileInfo(file).absoluteFilePath();
+    recentFiles.removeAll(path);
+    recentFiles.prepend(path);
+    recentFiles.resize(std::min(recentFiles.size(), mostRecentFiles));
+}
+
+DeskSettingsStore::DeskSettingsStore()
+{
+    const auto user = App::GetAppSettings();
+    const auto machine = App::GetAllUsersSettings();
+    ForEachSetting([&](const QString& key, auto member) {
+        using Value = std::remove_reference_t<decltype(m_kept.*member)>;
+        for (const App::VekQSettings* const store : {user.get(), machine.get()})
+            if (const auto value = store->GetValue<Value>(key); value && IsUsable(*value))
+            {
+                m_kept.*member = *value;
+                return;
+            }
+    });
+    _TellProblem(*user, true);
+    _TellProblem(*machine, false);
+}
+
+void DeskSettingsStore::Write(const DeskSettings& settings)
+{
+    const auto user = App::GetAppSettings();
+    ForEachSetting([&](const QString& key, auto member) {
+        if (settings.*member != m_kept.*member)
+            user->SetValue(key, settings.*member);
+    });
+    m_kept = settings;
+    user->Sync();
+    _TellProblem(*user, true);
+}
+
+void DeskSettingsStore::_TellProblem(const App::VekQSettings& store, bool isWritten)
+{
+    QString problem;
+    if (store.Status() == QSettings::FormatError)
+        problem = u"The settings are damaged: %1"_s;
+    else if (store.Status() == QSettings::AccessError)
+        problem = u"The settings cannot be read or written: %1"_s;
+    else if (isWritten && !store.IsWritable())
+        problem = u"Changes of the settings cannot be kept: %1"_s;
+    if (problem.isEmpty() || std::exchange(m_hasTold, true))
+        return;
+    App::Notifier({TrString::NoTranslate(problem.arg(store.GetFileName())),
+                   Log::Verbosity::Warning,
+                   TrString::NoTranslate(u"Settings"_s),
+                   {}});
+}
+} // namespace vek::Desk

@@ -1,0 +1,48 @@
+#pragma once
+#include "InspectionDesk/LengthUnit.h"
+#include <QColor>
+#include <QStringList>
+
+namespace vek::App
+{
+class VekQSettings;
+} // namespace vek::App
+
+namespace vek::Desk
+{
+/// What the user has chosen; at first, what the desk does on its own.
+struct DeskSettings
+{
+    static constexpr double largestTolerance = 1000.0;
+
+    LengthUnit unit = lengthUnits[0];
+    QColor above{0xb2, 0x18, 0x2b}; ///< The colours at both ends of the scale.
+    QColor below{0x21, 0x66, 0xac};
+    double tolerance = 0.0;  ///< In millimetres, where the scale ends; 0 where the largest deviation is.
+    QStringList recentFiles; ///< Absolute, the newest first, at most 8.
+    bool restoresWindow = true;
+    QByteArray geometry; ///< Of the window when it was closed; see QWidget::saveGeometry.
+
+    void AddRecentFile(const QString& file);
+    bool operator==(const DeskSettings&) const = default;
+};
+
+/// Where the settings are kept: in the user's store, with the machine's below it. The user is notified once
+/// of what is wrong with them; the desk then works with what it has. Main thread only.
+class DeskSettingsStore
+{
+public:
+    /// Reads them.
+    DeskSettingsStore();
+
+    [[nodiscard]] const DeskSettings& Get() const { return m_kept; }
+    /// Writes what differs from Get: the rest goes on following the machine's.
+    void Write(const DeskSettings& settings);
+
+private:
+    void _TellProblem(const App::VekQSettings& store, bool isWritten);
+
+    DeskSettings m_kept;
+    bool m_hasTold = false;
+};
+} // namespace vek::Desk

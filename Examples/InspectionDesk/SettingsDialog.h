@@ -1,0 +1,33 @@
+#pragma once
+#include "InspectionDesk/DeskSettings.h"
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QDoubleSpinBox>
+#include <QPushButton>
+
+namespace vek::Desk
+{
+/// Lets the user change the settings. Main thread only.
+class SettingsDialog : public QDialog
+{
+public:
+    SettingsDialog(const DeskSettings& settings, QWidget* parent);
+
+    /// Puts what was chosen into the settings; others, which may have changed meanwhile, stay.
+    void ApplyTo(DeskSettings& settings) const;
+
+private:
+    void _ShowColours();
+    void _AskForColour(QColor& colour);
+
+    QColor m_above;
+    QColor m_below;
+    QComboBox* const m_unit;
+    QDoubleSpinBox* const m_tolerance;
+    QPushButton* const m_aboveButton;
+    QPushButton* const m_belowButton;
+    QCheckBox* const m_restoresWindow;
+    QCheckBox* const m_forgetsFiles;
+};
+} // namespace vek::Desk

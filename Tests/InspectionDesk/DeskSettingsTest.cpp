@@ -1,0 +1,157 @@
+#include "InspectionDesk/DeskSettings.h"
+#include "InspectionDesk/DeskFixture.h"
+#include "InspectionDesk/DeskWindow.h"
+#include "InspectionDesk/SettingsDialog.h"
+#include "Support/TestSupport.h"
+#include <QCoreApplication>
+#include <QDir>
+#include <QSettings>
+
+namespace vek::Desk
+{
+class DeskSettingsTest : public DeskFixture
+{
+protected:
+    DeskSettingsTest()
+    {
+        QCoreApplication::setApplicationName("Desk");
+        QCoreApplication::setApplicationVersion("2.0");
+        for (const QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat})
+        {
+            QSettings::setPath(format, QSettings::UserScope, m_folder.GetPath() + "/user");
+            QSettings::setPath(format, QSettings::SystemScope, m_folder.GetPath() + "/machine");
+        }
+        QDir(m_folder.GetPath()).mkpath("user/Ostrafel");
+        QDir(m_folder.GetPath()).mkpath("machine/Ostrafel/Desk");
+    }
+
+    static constexpr const char* userFile = "user/Ostrafel/Desk 2.0.conf";
+    static constexpr const char* machineFile = "machine/Ostrafel/Desk/Settings.ini";
+};
+
+TEST_F(DeskSettingsTest, UsersValueGoesBeforeTheMachinesAndThatBeforeOurs)
+{
+    const struct
+    {
+        const char* fault;
+        QByteArray user, machine;
+        const char* expected; ///< Unit, tolerance, colour above, number of files.
+    } rows[] = {{"no value of our own", "", "", "mm 0 #b2182b 0"},
+                {"machine not asked", "", "Unit=in\n[Deviation]\nTolerance=0.5\n", "in 0.5 #b2182b 0"},
+                {"machine before user", "Unit=mm\n", "Unit=in\n", "mm 0 #b2182b 0"},
+                {"unknown unit taken", "Unit=yard\n", "Unit=in\n", "in 0 #b2182b 0"},
+                {"scale turned around", "[Deviation]\nTolerance=-1\n", "", "mm 0 #b2182b 0"},
+                {"scale without end", "[Deviation]\nTolerance=inf\n", "", "mm 0 #b2182b 0"},
+                {"colour that is none", "[Deviation]\nColourAbove=\n", "", "mm 0 #b2182b 0"},
+                {"colour not as text", "[Deviation]\nColourAbove=#102030\n", "", "mm 0 #102030 0"},
+                {"one file is no list", "RecentFiles=/a b.xyz\n", "", "mm 0 #b2182b 1"}};
+    for (const auto& [fault, user, machine, expected] : rows)
+    {
+        Write(userFile, user);
+        Write(machineFile, machine);
+        const DeskSettings settings = DeskSettingsStore().Get();
+        EXPECT_EQ(QStringLiteral("%1 %2 %3 %4")
+                      .arg(settings.unit.symbol)
+                      .arg(settings.tolerance)
+                      .arg(settings.above.name())
+                      .arg(settings.recentFiles.size()),
+                  expected)
+            << fault;
+    }
+}
+
+TEST_F(DeskSettingsTest, OnlyWhatTheUserChangesIsKept)
+{
+    Write(machineFile, "Unit=in\n");
+    DeskSettingsStore store;
+    DeskSettings settings = store.Get();
+    settings.tolerance = 0.1;
+    settings.above = Qt::green;
+    settings.below = Qt::yellow;
+    settings.restoresWindow = false;
+    settings.geometry = QByteArray::fromHex("00ff2c22");
+    for (const char* name : {"9", "0", "1", "2", "3", "4", "5", "6", "7", "9", "6"})
+        settings.AddRecentFile(m_folder.GetPath() + '/' + name);
+    EXPECT_EQ(settings.recentFiles.replaceInStrings(m_folder.GetPath(), QString()).join(QString()),
+              "/6/9/7/5/4/3/2/1");
+    store.Write(settings);
+    EXPECT_EQ(DeskSettingsStore().Get(), settings);
+
+    Write(machineFile, "Unit=mm\n");
+    settings.unit = lengthUnits[0];
+    EXPECT_EQ(DeskSettingsStore().Get(), settings) << "the machine's unit has become the user's";
+}
+
+TEST_F(DeskSettingsTest, UserIsToldOnceOfAStoreThatDoesNotWork)
+{
+    const QDir folder(m_folder.GetPath());
+    const std::pair<const char*, std::function<void()>> rows[] = {
+        {"The settings are damaged: ", [&] { Write(userFile, "garbage\n"); }},
+        {"The settings are damaged: ", [&] { Write(machineFile, "garbage\n"); }},
+        {"The settings cannot be read or written: ", [&] { folder.mkpath(userFile); }},
+        {"The settings cannot be read or written: ", [&] { folder.mkpath(machineFile); }},
+        {"Changes of the settings cannot be kept: ", [&] { Write("user/Ostrafel", ""); }}};
+    for (const auto& [text, spoil] : rows)
+    {
+        for (const char* name : {"user", "machine"})
+            QDir(folder.filePath(name)).removeRecursively();
+        folder.mkpath("machine/Ostrafel/Desk");
+        folder.mkpath(text[0] == 'C' ? "user" : "user/Ostrafel");
+        spoil();
+        TestSupport::NotificationRecorder recorder;
+        DeskSettingsStore store;
+        DeskSettings settings = store.Get();
+        settings.tolerance = 0.25;
+        store.Write(settings);
+        ASSERT_EQ(recorder.messages.size(), 1U) << text;
+        EXPECT_THAT(recorder.messages[0].text.ToString().toStdString(), testing::StartsWith(text));
+    }
+}
+
+TEST_F(DeskSettingsTest, WindowKeepsThemOnlyWhereItIsToldTo)
+{
+    const QString plate = Write("plate.xyz", "0 0 0\n4 0 1\n4 2 0\n0 2 1\n");
+    for (const bool isKeeping : {false, true})
+    {
+        DeskWindow window(m_frame.GetTaskExecutor());
+        if (isKeeping)
+            window.UseSettings();
+        window.Inspect(plate);
+        ASSERT_TRUE(TestSupport::WaitFor([&window] { return !window.IsBusy(); }));
+        const QString document = m_folder.GetPath() + (isKeeping ? "/kept.vekdoc" : "/other.vekdoc");
+        window.Save(document, {"plate", std::make_shared<const Inspection>(*window.FindInspection(plate))});
+        EXPECT_FALSE(window.close()) << "it must not be lost";
+        ASSERT_TRUE(TestSupport::WaitFor([&window] { return !window.IsBusy(); }));
+        EXPECT_TRUE(window.close());
+        const DeskSettings kept = DeskSettingsStore().Get();
+        EXPECT_EQ(kept.recentFiles, isKeeping ? QStringList({document, plate}) : QStringList());
+        EXPECT_EQ(kept.geometry.isEmpty(), !isKeeping);
+    }
+}
+
+TEST_F(DeskSettingsTest, DialogLeavesAloneWhatItDoesNotShow)
+{
+    const DeskSettings before{lengthUnits[1], Qt::green, Qt::yellow, 0.125, {"/a"}, false, "x"};
+    DeskSettings now = before;
+    now.recentFiles = QStringList{"/b", "/a"}; // opened while the dialog was shown
+    DeskSettings applied = now;
+    SettingsDialog(before, nullptr).ApplyTo(applied);
+    EXPECT_EQ(applied, now);
+}
+
+TEST_F(DeskSettingsTest, ToleranceEndsTheScaleOfColours)
+{
+    const auto inspection = std::make_shared<const Inspection>(App::Services().Require<IPlaneFitter>().Fit(
+        {{0, 0, 0.1}, {4, 0, -0.1}, {4, 2, 0.1}, {0, 2, -0.1}}, m_progress));
+    const std::pair<double, bool> rows[] = {{0.0, true}, {0.05, true}, {0.15, false}};
+    for (const auto& [tolerance, isAtTheEnd] : rows)
+    {
+        DeviationView view({lengthUnits[0], Qt::green, Qt::yellow, tolerance, {}, false, {}});
+        view.resize(600, 400);
+        view.Show(inspection);
+        const QImage image = view.grab().toImage();
+        EXPECT_EQ(image.pixelColor(34, 314).red() < 6, isAtTheEnd) << tolerance;   // the first corner
+        EXPECT_EQ(image.pixelColor(459, 314).blue() < 6, isAtTheEnd) << tolerance; // the second
+    }
+}
+} // namespace vek::Desk

@@ -1,0 +1,127 @@
+#include "InspectionDesk/InspectionDocument.h"
+#include "InspectionDesk/DeskFixture.h"
+#include "VekAppCore/Data/VekQVariantMap.h"
+#include <QDataStream>
+
+namespace vek::Desk
+{
+class InspectionDocumentTest : public DeskFixture
+{
+protected:
+    /// The file as it is meant to be, of a plate of 2 x 2 that lies 5 above the origin.
+    static App::VekQVariantMap MakeMap()
+    {
+        const double points[] = {-1, -1, 0.25, 1, -1, -0.25, 1, 1, 0.25, -1, 1, -0.25};
+        App::VekQVariantMap map;
+        const auto set = [&map](const char* key, const auto& value) {
+            map[QLatin1String(key)] = App::VekQVariant::From(value);
+        };
+        set("{type}", QStringLiteral("InspectionDesk.Inspection"));
+        set("Title", QStringLiteral("Plate.xyz"));
+        set("Unit", QStringLiteral("mm"));
+        set("Centre", QVariantList{0.0, 0.0, 5.0});
+        set("Normal", QVariantList{0.0, 0.0, 1.0});
+        set("Points", QByteArray(reinterpret_cast<const char*>(points), sizeof points));
+        return map;
+    }
+
+    static QByteArray ToBytes(const App::VekQVariant& tree)
+    {
+        QByteArray bytes;
+        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        stream.setVersion(QDataStream::Qt_6_0);
+        stream << tree;
+        return bytes;
+    }
+
+    /// What is said of a file with this content, without its name; empty when it can be read.
+    std::string Refuse(const QByteArray& content) const
+    {
+        const QString path = Write("a.vekdoc", content);
+        try
+        {
+            static_cast<void>(ReadDocument(path, m_progress));
+            return {};
+        }
+        catch (const Exception::AppException& exception)
+        {
+            EXPECT_TRUE(QString::fromUtf8(exception.what()).startsWith(path)) << exception.what();
+            return QString::fromUtf8(exception.what()).remove(path + ": ").toStdString();
+        }
+    }
+
+    const QByteArray m_golden = ToBytes(App::VekQVariant::From(MakeMap()));
+};
+
+TEST_F(InspectionDocumentTest, IsReadAndWrittenAsItIsMeantToBe)
+{
+    const InspectionDocument document = ReadDocument(Write("a.vekdoc", m_golden), m_progress);
+    EXPECT_EQ(document.title, "Plate.xyz");
+    EXPECT_EQ(document.inspection->centre, Eigen::Vector3d(0, 0, 5));
+    EXPECT_EQ(document.inspection->normal, Eigen::Vector3d(0, 0, 1));
+    EXPECT_EQ(document.inspection->flat.col(1), Eigen::Vector3d(1, -1, -0.25));
+    EXPECT_EQ(document.inspection->GetFigures()[1].second, "0.5000 mm");
+    EXPECT_EQ(document.inspection->GetFigures()[2].second, "0.2500 mm");
+
+    WriteDocument(m_folder.GetPath() + "/b.vekdoc", document, m_progress);
+    QFile written(m_folder.GetPath() + "/b.vekdoc");
+    EXPECT_TRUE(written.open(QIODevice::ReadOnly) && written.readAll() == m_golden);
+
+    App::VekQVariantMap inches = MakeMap();
+    inches["Unit"] = App::VekQVariant::From(QStringLiteral("in"));
+    const auto path = Write("c.vekdoc", ToBytes(App::VekQVariant::From(inches)));
+    EXPECT_EQ(ReadDocument(path, m_progress).inspection->flat(2, 0), 25.4 * 0.25);
+}
+
+TEST_F(InspectionDocumentTest, BrokenOrForeignFileIsRefused)
+{
+    const char* const damaged = "the document is cut off or damaged";
+    for (qsizetype size = 0; size < m_golden.size(); ++size)
+        EXPECT_EQ(Refuse(m_golden.left(size)), damaged) << size;
+    EXPECT_EQ(Refuse(m_golden + '\0'), damaged);
+    EXPECT_EQ(Refuse("ply\nformat ascii 1.0\n"), "this is no document, or one of a newer version");
+    for (const App::VekQVariant& tree : {App::VekQVariant(), App::VekQVariant::From(App::VekQVariantMap())})
+        EXPECT_EQ(Refuse(ToBytes(tree)), "this is no document of an inspection");
+
+    const double notANumber = std::numeric_limits<double>::quiet_NaN();
+    const auto repeat = [](double value) {
+        return QByteArray(reinterpret_cast<const char*>(&value), sizeof value).repeated(6);
+    };
+    const struct
+    {
+        const char* key;
+        QVariant value;
+        const char* reason;
+    } rows[] = {
+        {"{type}", "InspectionDesk.Other", "this is no document of an inspection"},
+        {"Title", 1.5, "the document has no valid value \"Title\""},
+        {"Unit", "yd", "the document has no valid value \"Unit\""},
+        {"Centre", QVariantList{0.0, 0.0}, "the document has values of a wrong size"},
+        {"Normal", QVariantList{0.0, 0.0, "up"}, "the document has no valid value \"Normal\""},
+        {"Normal", QVariantList{0.0, 0.0, 0.0}, "the document has points that do not span a plane"},
+        {"Centre", QVariantList{notANumber, 0.0, 0.0}, "the document has points that do not span a plane"},
+        {"Points", QByteArray(), "the document has values of a wrong size"},
+        {"Points", QByteArray(95, '\0'), "the document has values of a wrong size"},
+        {"Points", repeat(1.0), "the document has points that do not span a plane"},
+        {"Points", repeat(notANumber), "the document has points that do not span a plane"},
+        {"Points", repeat(1e200), "the document has points that do not span a plane"}};
+    for (const auto& [key, value, reason] : rows)
+    {
+        App::VekQVariantMap map = MakeMap();
+        map.SetValue(QLatin1String(key), value);
+        EXPECT_EQ(Refuse(ToBytes(App::VekQVariant::From(map))), reason) << key;
+    }
+}
+
+TEST_F(InspectionDocumentTest, DocumentOfBeforeStaysWhereWritingFails)
+{
+    const QString path = Write("a.vekdoc", m_golden);
+    InspectionDocument document = ReadDocument(path, m_progress);
+    document.title = "Other";
+    m_progress.isCanceled = true;
+    EXPECT_THROW(WriteDocument(path, document, m_progress), Exception::E_Escape);
+    EXPECT_THROW(WriteDocument(path + "/a", document, m_progress), Exception::AppException);
+    m_progress.isCanceled = false;
+    EXPECT_EQ(ReadDocument(path, m_progress).title, "Plate.xyz");
+}
+} // namespace vek::Desk
