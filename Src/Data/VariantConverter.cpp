@@ -1,6 +1,7 @@
 #include "VekAppCore/Data/VariantConverter.h"
 #include "VekAppCore/Data/VekQVariantMap.h"
 #include "VekAppCore/Text/Convert.h"
+#include <QDateTime>
 #include <QStringList>
 #include <cmath>
 
@@ -28,10 +29,16 @@ bool IsInteger(QMetaType type)
 
 bool IsFloating(QMetaType type) { return type.id() == QMetaType::Double || type.id() == QMetaType::Float; }
 
-bool IsList(QMetaType type)
+/// ToItems gives something else than the value itself.
+bool IsList(const QVariant& value)
 {
-    return type.id() == QMetaType::QVariantList || type.id() == QMetaType::QStringList ||
-           type == QMetaType::fromType<VekQVariantList>();
+    switch (value.typeId())
+    {
+    case QMetaType::QString:
+    case QMetaType::QByteArray: return false;
+    default:
+        return value.metaType() == QMetaType::fromType<VekQVariantList>() || value.canConvert<QVariantList>();
+    }
 }
 
 /// Comes back as it was from a text file, without our help.
@@ -48,7 +55,6 @@ bool IsPlain(QMetaType type)
     case QMetaType::Double:
     case QMetaType::QString:
     case QMetaType::QByteArray:
-    case QMetaType::QStringList:
     case QMetaType::QPoint:
     case QMetaType::QSize:
     case QMetaType::QRect: return true;
@@ -61,8 +67,14 @@ QVariant ToNumber(const QVariant& number, QMetaType type)
 {
     if (IsFloating(type))
     {
+        // An integer that would come back as another one does not fit, nor does what becomes infinite.
         QVariant converted = number;
-        return converted.convert(type) ? converted : QVariant();
+        if (!converted.convert(type))
+            return {};
+        const bool isKept = IsFloating(number.metaType())
+                                ? std::isinf(converted.toDouble()) == std::isinf(number.toDouble())
+                                : ToNumber(converted, number.metaType()) == number;
+        return isKept ? converted : QVariant();
     }
     // By way of its text: all integers have one, and it is read with a check of the range.
     if (IsFloating(number.metaType()) && number.toDouble() != std::trunc(number.toDouble()))
@@ -83,16 +95,40 @@ QVariant ToReadable(const QVariant& value)
         return value;
     QString text = Convert::ToString(value);
     QVariant back;
-    if (Convert::FromString(text, value.metaType(), back) && back == value)
-        return text;
-    return value;
+    const bool comesBack = Convert::FromString(text, value.metaType(), back) && back == value;
+    // Times are equal that tell the same instant, whatever their zone.
+    const bool isSameZone = value.typeId() != QMetaType::QDateTime ||
+                            back.toDateTime().timeSpec() == value.toDateTime().timeSpec();
+    return comesBack && isSameZone ? QVariant(text) : value;
 }
 
 QVariant ToReadable(const QVariantList& items)
 {
-    if (items.size() != 1 || !items[0].isValid() || IsList(items[0].metaType()))
+    if (items.size() != 1)
         return items;
-    return items[0];
+    if (items[0].isValid() && !IsList(items[0]))
+        return items[0];
+    VekQVariantList list;
+    list.push_back(VekQVariant::From(items[0]));
+    return QVariant::fromValue(list);
+}
+
+QVariant ToReadableItem(const QVariantList& items)
+{
+    QStringList texts;
+    for (const QVariant& item : items)
+    {
+        if (!item.isValid() || !IsPlain(item.metaType()))
+            return items;
+        texts.push_back(Convert::ToString(item));
+    }
+    return Convert::ToString(texts);
+}
+
+std::optional<QStringList> SplitItem(const QString& text)
+{
+    QStringList items;
+    return Convert::FromString(text, items) ? std::optional(items) : std::nullopt;
 }
 
 QVariant ToType(const QVariant& value, QMetaType type)
@@ -107,22 +143,6 @@ QVariant ToType(const QVariant& value, QMetaType type)
         QVariant read;
         return Convert::FromString(value.toString(), type, read) ? read : QVariant();
     }
-    if (type.id() == QMetaType::QStringList)
-    {
-        // A text file gives an empty list as an invalid value.
-        if (!value.isValid())
-            return QStringList();
-        if (value.typeId() == QMetaType::QVariantList)
-        {
-            QStringList texts;
-            for (const QVariant& item : value.toList())
-                if (item.typeId() == QMetaType::QString)
-                    texts.push_back(item.toString());
-                else
-                    return {};
-            return texts;
-        }
-    }
     return {};
 }
 
@@ -130,19 +150,12 @@ QVariantList ToItems(const QVariant& value)
 {
     if (!value.isValid())
         return {};
-    if (value.metaType() == QMetaType::fromType<VekQVariantList>())
-    {
-        QVariantList items;
-        for (const VekQVariant& element : *static_cast<const VekQVariantList*>(value.constData()))
-            items.push_back(element.ToQVariant());
-        return items;
-    }
-    switch (value.typeId())
-    {
-    case QMetaType::QVariantList:
-    case QMetaType::QStringList: return value.toList();
-    default: return {value};
-    }
+    if (value.metaType() != QMetaType::fromType<VekQVariantList>())
+        return IsList(value) ? value.toList() : QVariantList{value};
+    QVariantList items;
+    for (const VekQVariant& element : *static_cast<const VekQVariantList*>(value.constData()))
+        items.push_back(element.ToQVariant());
+    return items;
 }
 
 std::optional<QVariantMap> ToEntries(const QVariant& value)
@@ -156,7 +169,8 @@ std::optional<QVariantMap> ToEntries(const QVariant& value)
     }
     switch (value.typeId())
     {
-    case QMetaType::QVariantMap: return value.toMap();
+    case QMetaType::QVariantMap:
+    case QMetaType::QVariantHash: return value.toMap();
     case QMetaType::UnknownType: return entries; // an empty one in a text file
     case QMetaType::QStringList:
     case QMetaType::QVariantList:
@@ -165,7 +179,11 @@ std::optional<QVariantMap> ToEntries(const QVariant& value)
         if (inTurn.size() % 2 != 0)
             return std::nullopt;
         for (qsizetype i = 0; i < inTurn.size(); i += 2)
+        {
+            if (inTurn[i].typeId() != QMetaType::QString || entries.contains(inTurn[i].toString()))
+                return std::nullopt;
             entries.insert(inTurn[i].toString(), inTurn[i + 1]);
+        }
         return entries;
     }
     default: return std::nullopt;

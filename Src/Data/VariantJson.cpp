@@ -37,6 +37,8 @@ private:
 
     QJsonValue _WriteMap(const HPath& path, const VekQVariantMap& map)
     {
+        if (!map.GetGroups().isEmpty())
+            _AddLoss(path, QStringLiteral("open groups are left out"));
         QJsonObject object;
         for (const auto& [key, child] : map)
             object.insert(key, Write(path / key, child));
@@ -50,9 +52,13 @@ private:
         {
         case QMetaType::UnknownType: return QJsonValue::Null;
         case QMetaType::Bool: return value.toBool();
+        case QMetaType::Short:
+        case QMetaType::UShort:
         case QMetaType::Int:
+        case QMetaType::UInt:
         case QMetaType::LongLong: return value.toLongLong();
         case QMetaType::QString: return value.toString();
+        case QMetaType::Float:
         case QMetaType::Double:
             // Qt writes minus zero as 0.
             if (const double number = value.toDouble();

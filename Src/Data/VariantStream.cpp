@@ -5,10 +5,12 @@
 #include <QBitArray>
 #include <QByteArrayList>
 #include <QDataStream>
+#include <QEasingCurve>
 #include <QGuiApplication>
 #include <QIODevice>
 #include <QKeySequence>
 #include <QPolygonF>
+#include <QRegion>
 #include <QTextFormat>
 #include <QVarLengthArray>
 #include <QtEndian>
@@ -25,16 +27,16 @@ constexpr qint32 currentVersion = 1;
 constexpr int deepest = 512;
 constexpr int userOfQt5 = 1024; ///< QMetaType::User of that time.
 
-thread_local int g_depth = 0; // reading nests through Qt, which passes nothing on
+thread_local int g_depth = 0; // it nests through Qt, which passes nothing on
 
-/// One level of nesting, for as long as it is read.
+/// One level of nesting, for as long as it is read or written.
 class Level
 {
 public:
-    explicit Level(QDataStream& stream)
+    Level(QDataStream& stream, QDataStream::Status tooDeep)
     {
         if (++g_depth > deepest)
-            stream.setStatus(QDataStream::ReadCorruptData);
+            stream.setStatus(tooDeep);
     }
     Level(const Level&) = delete;
     Level& operator=(const Level&) = delete;
@@ -44,21 +46,14 @@ public:
 /// Another element may follow: where the stream has run out or gone bad, any count of them is a lie.
 bool MayGoOn(QDataStream& stream)
 {
-    if (stream.status() == QDataStream::Ok && stream.atEnd())
+    // A socket is at its end whenever the rest is still on its way.
+    const bool canEnd = !stream.device() || !stream.device()->isSequential();
+    if (stream.status() == QDataStream::Ok && canEnd && stream.atEnd())
         stream.setStatus(QDataStream::ReadPastEnd);
     return stream.status() == QDataStream::Ok;
 }
 
 void ReadValue(QDataStream& stream, QVariant& value);
-
-/// How many elements the rest of the stream can hold at most, to reserve for.
-template <typename Count>
-std::size_t GetPossibleCount(QDataStream& stream, Count count, qint64 leastElementBytes)
-{
-    const qint64 bytes = stream.device() ? stream.device()->bytesAvailable() : 0;
-    return static_cast<std::size_t>(
-        std::clamp<qint64>(static_cast<qint64>(count), 0, bytes / leastElementBytes));
-}
 
 template <typename Element>
 void Read(QDataStream& stream, Element& element)
@@ -123,15 +118,96 @@ QBitArray ReadBits(QDataStream& stream)
     return QBitArray::fromBits(bytes.constData(), static_cast<qsizetype>(count));
 }
 
+/// Qt takes any number of keys into memory, and keeps four.
+QKeySequence ReadKeySequence(QDataStream& stream)
+{
+    QList<int> keys;
+    ReadList(stream, keys);
+    keys.resize(4);
+    return {keys[0], keys[1], keys[2], keys[3]};
+}
+
+/// Qt takes the address of a function from the stream, to call it.
+QEasingCurve ReadEasingCurve(QDataStream& stream)
+{
+    quint8 type = 0;
+    quint64 function = 0;
+    bool hasParameters = false;
+    stream >> type >> function >> hasParameters;
+    if (type >= QEasingCurve::Custom)
+    {
+        stream.setStatus(QDataStream::ReadCorruptData);
+        return {};
+    }
+    QEasingCurve curve{static_cast<QEasingCurve::Type>(type)};
+    if (!hasParameters)
+        return curve;
+    double period = 0;
+    double amplitude = 0;
+    double overshoot = 0;
+    QPolygonF bezier;
+    stream >> period >> amplitude >> overshoot;
+    ReadList(stream, bezier);
+    curve.setPeriod(period);
+    curve.setAmplitude(amplitude);
+    curve.setOvershoot(overshoot);
+    for (qsizetype i = 0; type == QEasingCurve::BezierSpline && i + 2 < bezier.size(); i += 3)
+        curve.addCubicBezierSegment(bezier[i], bezier[i + 1], bezier[i + 2]);
+    quint32 count = 0;
+    stream >> count;
+    for (; count > 0 && MayGoOn(stream); --count)
+    {
+        QPointF point;
+        std::array<double, 3> tcb{}; // tension, continuity, bias
+        stream >> point >> tcb[0] >> tcb[1] >> tcb[2];
+        if (type == QEasingCurve::TCBSpline)
+            curve.addTCBSegment(point, tcb[0], tcb[1], tcb[2]);
+    }
+    return curve;
+}
+
+/// Qt goes on to whatever count a stream gives, and unites what is in no order one by one.
+QRegion ReadRegion(QDataStream& stream)
+{
+    constexpr qint32 kindOfRectangles = 10;
+    quint32 size = 0;
+    qint32 kind = kindOfRectangles;
+    stream >> size;
+    if (size == 0)
+        return {};
+    QList<QRect> rectangles;
+    stream >> kind;
+    if (kind != kindOfRectangles)
+        stream.setStatus(QDataStream::ReadCorruptData);
+    ReadList(stream, rectangles);
+    const auto isBehind = [](const QRect& next, const QRect& last) {
+        const bool isSameBand = next.top() == last.top() && next.bottom() == last.bottom();
+        return next.isValid() && (next.top() > last.bottom() || (isSameBand && next.left() > last.right()));
+    };
+    for (qsizetype i = 0; i < rectangles.size(); ++i)
+        if (i == 0 ? !rectangles[i].isValid() : !isBehind(rectangles[i], rectangles[i - 1]))
+        {
+            stream.setStatus(QDataStream::ReadCorruptData);
+            return {};
+        }
+    QRegion region;
+    region.setRects(rectangles.constData(), static_cast<int>(rectangles.size()));
+    return region;
+}
+
 QTextFormat ReadTextFormat(QDataStream& stream)
 {
+    constexpr qsizetype mostProperties = 1024; // Qt looks through all of them for each
     qint32 type = 0;
     stream >> type;
     QMap<qint32, QVariant> properties;
     ReadMap(stream, properties);
     QTextFormat format(type);
-    for (auto property = properties.begin(); property != properties.end(); ++property)
-        format.setProperty(property.key(), property.value());
+    if (properties.size() > mostProperties)
+        stream.setStatus(QDataStream::ReadCorruptData);
+    else
+        for (auto property = properties.begin(); property != properties.end(); ++property)
+            format.setProperty(property.key(), property.value());
     return format;
 }
 
@@ -163,6 +239,9 @@ QString ReadKey(QDataStream& stream)
     return stream.status() == QDataStream::Ok ? QString::fromUtf8(rest) : QString();
 }
 
+/// They name files and hold pictures for the screen: what a stream says must not open a file.
+bool IsRefused(int type) { return type == QMetaType::QIcon || type == QMetaType::QCursor; }
+
 /// They end a program that has no QGuiApplication.
 bool NeedsWindowSystem(int type)
 {
@@ -172,9 +251,7 @@ bool NeedsWindowSystem(int type)
     case QMetaType::QPixmap:
     case QMetaType::QBrush:
     case QMetaType::QPalette:
-    case QMetaType::QIcon:
     case QMetaType::QBitmap:
-    case QMetaType::QCursor:
     case QMetaType::QPen: return true;
     default: return false;
     }
@@ -217,8 +294,17 @@ bool ReadContents(QDataStream& stream, QVariant& value)
         return true;
     }
     case QMetaType::QBitArray: *static_cast<QBitArray*>(contents) = ReadBits(stream); return true;
+    case QMetaType::QEasingCurve:
+        *static_cast<QEasingCurve*>(contents) = ReadEasingCurve(stream);
+        return true;
+    case QMetaType::QRegion: *static_cast<QRegion*>(contents) = ReadRegion(stream); return true;
     case QMetaType::QTextFormat: *static_cast<QTextFormat*>(contents) = ReadTextFormat(stream); return true;
+    case QMetaType::QKeySequence:
+        *static_cast<QKeySequence*>(contents) = ReadKeySequence(stream);
+        return true;
     default:
+        if (IsRefused(type))
+            return false;
         if (NeedsWindowSystem(type) && !qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
             return false;
         try
@@ -251,10 +337,27 @@ bool ReadFrequent(QDataStream& stream, int type, QVariant& value)
     }
 }
 
+/// The number of the type that is named, in this program.
+int ReadTypeName(QDataStream& stream)
+{
+    constexpr quint32 longest = 1024;
+    std::array<char, longest> name; // with the zero that ends it
+    quint32 size = 0;
+    stream >> size;
+    if (size > 0 && size <= longest && stream.readRawData(name.data(), int(size)) == int(size))
+    {
+        const qsizetype length = qsizetype{size} - (name[size - 1] == '\0' ? 1 : 0);
+        if (const int type = QMetaType::fromName({name.data(), length}).id())
+            return type;
+    }
+    stream.setStatus(QDataStream::ReadCorruptData);
+    return QMetaType::UnknownType;
+}
+
 /// As QVariant's own operator reads it.
 void ReadValue(QDataStream& stream, QVariant& value)
 {
-    const Level level(stream);
+    const Level level(stream, QDataStream::ReadCorruptData);
     value.clear();
     if (!MayGoOn(stream))
         return;
@@ -269,13 +372,9 @@ void ReadValue(QDataStream& stream, QVariant& value)
     int type =
         stream.version() < QDataStream::Qt_6_0 ? FromQt5(typeInStream) : static_cast<int>(typeInStream);
     if (type == QMetaType::User)
-    {
-        QByteArray name; // with the zero that ends it
-        stream >> name;
-        type = QMetaType::fromName(name.constData()).id();
-        if (type == QMetaType::UnknownType)
-            stream.setStatus(QDataStream::ReadCorruptData);
-    }
+        type = ReadTypeName(stream);
+    else if (type > QMetaType::User)
+        stream.setStatus(QDataStream::ReadCorruptData); // of a program's own types only the names last
     if (type == QMetaType::UnknownType || stream.status() != QDataStream::Ok)
         return;
     if (!isNull && ReadFrequent(stream, type, value))
@@ -408,6 +507,9 @@ private:
 
     void _WriteValue(const QVariant& value)
     {
+        const Level level(m_stream, QDataStream::WriteFailed);
+        if (m_stream.status() == QDataStream::WriteFailed)
+            return;
         const auto writeAs = [&](auto number) {
             _WriteHead(value.typeId(), value);
             _WriteNumber(number);
@@ -432,7 +534,11 @@ private:
                     return _WriteOwn<VekQVariantList>(value);
             }
         Flush();
-        m_stream << value;
+        if (value.isValid() &&
+            (IsRefused(value.typeId()) || !value.metaType().hasRegisteredDataStreamOperators()))
+            m_stream.setStatus(QDataStream::WriteFailed);
+        else
+            m_stream << value;
     }
 
     static constexpr qsizetype gathered = 4096;
@@ -494,14 +600,14 @@ QDataStream& operator<<(QDataStream& stream, const VekQVariantList& list) { retu
 
 QDataStream& operator>>(QDataStream& stream, VekQVariantList& list)
 {
-    constexpr qint64 leastElementBytes = 4 + 1 + 4 + 1;
+    constexpr qint64 believed = 256; // of what a count says, before the elements are there
     qint32 version = 0;
     stream >> version;
     if (version != currentVersion)
         return stream;
     qint64 count = 0;
     stream >> count;
-    list.reserve(GetPossibleCount(stream, count, leastElementBytes));
+    list.reserve(static_cast<std::size_t>(std::clamp<qint64>(count, 0, believed)));
     for (; count > 0 && MayGoOn(stream); --count)
     {
         VekQVariant element;
@@ -540,6 +646,8 @@ QDataStream& operator>>(QDataStream& stream, VekQVariantMap& map)
     for (; count > 0 && MayGoOn(stream); --count)
     {
         QString key = ReadKey(stream);
+        if (stream.status() != QDataStream::Ok)
+            break;
         VekQVariant value;
         stream >> value;
         auto& entries = map._Entries();

@@ -95,29 +95,73 @@ void Visit(QList<QString>& path, Node& node, const Visitor& visitor)
     }
 }
 
-bool IsAnyShared(const VekQVariant& node)
+/// Calls @p visit with the container that @p value holds, when it holds one that nodes may lie in.
+template <typename Value, typename Visitor>
+void VisitContainer(Value& value, const Visitor& visit)
 {
-    if (node.IsShared())
+    const auto visitAs = [&]<typename Container>(const Container*) {
+        if (value.metaType() != QMetaType::fromType<Container>())
+            return false;
+        if constexpr (std::is_const_v<Value>)
+            visit(*static_cast<const Container*>(value.constData()));
+        else
+            visit(*static_cast<Container*>(value.data()));
         return true;
-    if (const auto* const children = Peek<VekQVariantMap>(node))
-        return std::ranges::any_of(*children, [](const auto& entry) { return IsAnyShared(entry.second); });
-    if (const auto* const elements = Peek<VekQVariantList>(node))
-        return std::ranges::any_of(*elements, IsAnyShared);
-    return false;
+    };
+    const auto visitAny = [&](const auto*... none) { return (visitAs(none) || ...); };
+    visitAny(static_cast<VekQVariantMap*>(nullptr), static_cast<VekQVariantList*>(nullptr),
+             static_cast<VekQVariant*>(nullptr), static_cast<VekQVariantMaps*>(nullptr),
+             static_cast<VekQVariantLists*>(nullptr), static_cast<QVariantList*>(nullptr),
+             static_cast<QVariantMap*>(nullptr));
 }
 
-void UnshareAll(VekQVariant& node)
+/// The entry of a map, or the item of a list.
+auto& GetItem(auto& item) { return item; }
+template <typename Key, typename Value>
+Value& GetItem(std::pair<Key, Value>& entry)
 {
-    if (!IsAnyShared(node))
-        return; // nor is anything copied
-    node.Unshare();
-    if (node.Is<VekQVariantMap>())
-        for (auto& [key, child] : node.As<VekQVariantMap>())
-            UnshareAll(child);
-    else if (node.Is<VekQVariantList>())
-        for (VekQVariant& element : node.As<VekQVariantList>())
-            UnshareAll(element);
+    return entry.second;
 }
+template <typename Key, typename Value>
+const Value& GetItem(const std::pair<Key, Value>& entry)
+{
+    return entry.second;
+}
+
+class Sharing : VekQVariantDetails::VariantAccessor
+{
+public:
+    template <typename T>
+    static bool IsAny(const T& tree)
+    {
+        bool isAny = false;
+        if constexpr (std::is_same_v<T, VekQVariant>)
+            isAny = tree.IsShared() || IsAny(GetValue(tree));
+        else if constexpr (std::is_same_v<T, QVariant>)
+            VisitContainer(tree, [&isAny](const auto& container) { isAny = IsAny(container); });
+        else
+            for (const auto& item : tree)
+                isAny = isAny || IsAny(GetItem(item));
+        return isAny;
+    }
+
+    template <typename T>
+    static void Drop(T& tree)
+    {
+        if (!IsAny(tree))
+            return; // nor is anything copied
+        if constexpr (std::is_same_v<T, VekQVariant>)
+        {
+            tree.Unshare();
+            Drop(GetValue(tree));
+        }
+        else if constexpr (std::is_same_v<T, QVariant>)
+            VisitContainer(tree, [](auto& container) { Drop(container); });
+        else
+            for (auto& item : tree)
+                Drop(GetItem(item));
+    }
+};
 } // namespace
 
 namespace VekQVariantDetails
@@ -149,8 +193,10 @@ const VekQVariant& VekQVariant::operator[](const QString& key) const
 
 VekQVariant& VekQVariant::operator[](quint64 index)
 {
+    if (index >= VekQVariantList().max_size())
+        throw std::length_error("VekQVariantList");
     if (!Is<VekQVariantList>())
-        _Value() = QVariant::fromValue(VekQVariantList());
+        _Value() = QVariant::fromValue(VekQVariantList(index + 1));
     auto& elements = As<VekQVariantList>();
     if (index >= elements.size())
         elements.resize(index + 1);
@@ -187,7 +233,7 @@ void VekQVariant::Swap(VekQVariant& other) { _Value().swap(other._Value()); }
 VekQVariant VekQVariant::Clone() const
 {
     VekQVariant clone = FromQVariant(_Value(), {});
-    UnshareAll(clone);
+    Sharing::Drop(clone);
     return clone;
 }
 
@@ -217,20 +263,7 @@ void VekQVariant::_ThrowWrongType(const std::source_location& where)
 
 bool operator==(const VekQVariant& a, const VekQVariant& b) { return a.m_value == b.m_value; }
 
-bool HasEqualContents(const VekQVariant& a, const VekQVariant& b)
-{
-    const auto* const children = Peek<VekQVariantMap>(a);
-    const auto* const otherChildren = Peek<VekQVariantMap>(b);
-    if (children && otherChildren)
-        return std::ranges::equal(*children, *otherChildren, [](const auto& one, const auto& other) {
-            return one.first == other.first && HasEqualContents(one.second, other.second);
-        });
-    const auto* const elements = Peek<VekQVariantList>(a);
-    const auto* const otherElements = Peek<VekQVariantList>(b);
-    if (elements && otherElements)
-        return std::ranges::equal(*elements, *otherElements, HasEqualContents);
-    return a.ToQVariant() == b.ToQVariant();
-}
+bool HasEqualContents(const VekQVariant& a, const VekQVariant& b) { return a.Clone() == b.Clone(); }
 
 void DumpStructure(const VekQVariant& node)
 {

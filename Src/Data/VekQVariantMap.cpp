@@ -43,8 +43,17 @@ ScopeBase IVariantMap::ScopeGroup(const QString& name)
 VekQVariantMap::VekQVariantMap() noexcept = default;
 VekQVariantMap::VekQVariantMap(const VekQVariantMap&) noexcept = default;
 VekQVariantMap::VekQVariantMap(VekQVariantMap&&) noexcept = default;
-VekQVariantMap& VekQVariantMap::operator=(const VekQVariantMap&) noexcept = default;
-VekQVariantMap& VekQVariantMap::operator=(VekQVariantMap&&) noexcept = default;
+VekQVariantMap& VekQVariantMap::operator=(const VekQVariantMap& other) noexcept
+{
+    return *this = VekQVariantMap(other);
+}
+VekQVariantMap& VekQVariantMap::operator=(VekQVariantMap&& other) noexcept
+{
+    VekQVariantMap taken(std::move(other)); // which may lie below this one, and die with its entries
+    m_entries.swap(taken.m_entries);
+    m_state.swap(taken.m_state);
+    return *this;
+}
 VekQVariantMap::~VekQVariantMap() = default;
 
 bool VekQVariantMap::Contains(const QString& key) const { return Find(_FormatWithPrefix(key)) != nullptr; }
@@ -63,7 +72,7 @@ QList<QString> VekQVariantMap::AllKeys(const QString& prefix) const
 bool VekQVariantMap::RemoveValue(const QString& key)
 {
     const QString fullKey = _FormatWithPrefix(key);
-    return Find(std::as_const(fullKey)) != nullptr && _Entries().erase(fullKey) > 0;
+    return std::as_const(*this).Find(fullKey) != nullptr && _Entries().erase(fullKey) > 0;
 }
 
 void VekQVariantMap::ClearValues() { m_entries.reset(); }

@@ -95,7 +95,7 @@ std::unique_ptr<VekQSettings> GetAppSettings()
 {
     const SettingsPath path = GetAppSettingsPath();
     if (!IsSettingsPathValid(path))
-        return std::make_unique<VekQSettingsScoped>();
+        return std::make_unique<VekQSettingsScopped>();
     if (!IsUnitTestMode() && std::exchange(g_isFirstRequest, false))
     {
         CopyPrevious(path);

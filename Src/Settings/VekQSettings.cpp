@@ -83,5 +83,5 @@ ScopeBase VekQSettings::ScopeWriteArray(const QString& name, int size)
     return ScopeBase([this] { EndArray(); });
 }
 
-VekQSettingsScoped::~VekQSettingsScoped() { m_settings.clear(); }
+VekQSettingsScopped::~VekQSettingsScopped() { m_settings.clear(); }
 } // namespace vek::App

@@ -2,10 +2,12 @@
 #include "VekAppCore/Data/VekQVariantMap.h"
 #include <QByteArrayList>
 #include <QDebug>
+#include <QKeySequence>
 #include <QMetaEnum>
 #include <QPointF>
 #include <QRectF>
 #include <QSizeF>
+#include <QUuid>
 #include <QVarLengthArray>
 #include <QVariant>
 #include <algorithm>
@@ -151,6 +153,20 @@ bool Read(QStringView text, T& value, const NumberOptions* options)
         value = *read;
     return read.has_value();
 }
+
+struct Separator
+{
+    QString text;
+    QString mark; ///< What tells it from the text around: without the blanks at its ends.
+};
+
+/// A separator of blanks alone could not be told from those around the items.
+Separator GetSeparator(const ListUnitNumberOptions& options)
+{
+    const QString mark = options.separator.trimmed();
+    return mark.isEmpty() ? Separator{QStringLiteral("; "), QStringLiteral(";")}
+                          : Separator{options.separator, mark};
+}
 } // namespace
 
 namespace Details
@@ -173,16 +189,16 @@ std::optional<quint64> ToUnsigned(QStringView text, const NumberOptions* options
 
 QString Join(const QStringList& items, const ListUnitNumberOptions& options)
 {
-    const QString mark = options.separator.trimmed();
+    const auto [separator, mark] = GetSeparator(options);
     QStringList quoted;
     quoted.reserve(items.size());
     for (const QString& item : items)
     {
-        const bool isPlain = !item.isEmpty() && item == item.trimmed() && !item.startsWith(u'"') &&
-                             !item.contains(mark.isEmpty() ? options.separator : mark);
+        const bool isPlain =
+            !item.isEmpty() && item == item.trimmed() && !item.startsWith(u'"') && !item.contains(mark);
         quoted.push_back(isPlain ? item : u'"' + QString(item).replace(u'"', QStringLiteral("\"\"")) + u'"');
     }
-    return quoted.join(options.separator);
+    return quoted.join(separator);
 }
 
 std::optional<QStringList> Split(QStringView text, const ListUnitNumberOptions& options)
@@ -191,8 +207,7 @@ std::optional<QStringList> Split(QStringView text, const ListUnitNumberOptions& 
     text = text.trimmed();
     if (text.isEmpty())
         return items;
-    const QString trimmed = options.separator.trimmed();
-    const QString& mark = trimmed.isEmpty() ? options.separator : trimmed;
+    const QString mark = GetSeparator(options).mark;
     for (;;)
     {
         QString item;
@@ -489,6 +504,8 @@ QString Details::ToText(const QVariant& value, const ListUnitNumberOptions& opti
     }
     if (const auto names = GetEnum(value.metaType()))
         return WriteEnum(*names, value);
+    if (value.typeId() == QMetaType::QKeySequence)
+        return value.value<QKeySequence>().toString(QKeySequence::PortableText);
     if (value.canConvert<QString>())
         return value.toString();
     if (value.canConvert<QVariantList>())
@@ -533,8 +550,19 @@ bool FromString(QStringView text, QMetaType type, QVariant& value, const ListUni
     }
     if (const auto names = GetEnum(type))
         return ReadEnum(*names, text, type, value);
+    if (type.id() == QMetaType::QKeySequence)
+    {
+        const auto keys = QKeySequence::fromString(text.trimmed().toString(), QKeySequence::PortableText);
+        isRead = keys.toString(QKeySequence::PortableText) == text.trimmed();
+        if (isRead)
+            value = QVariant::fromValue(keys);
+        return isRead;
+    }
     QVariant read = text.trimmed().toString();
     if (!read.canConvert(type) || !read.convert(type))
+        return false;
+    // Of any text, Qt makes an identifier.
+    if (type.id() == QMetaType::QUuid && read.toUuid().isNull() && QUuid().toString() != text.trimmed())
         return false;
     value = std::move(read);
     return true;

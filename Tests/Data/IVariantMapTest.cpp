@@ -2,10 +2,16 @@
 #include "VekAppCore/Data/VekQVariantMap.h"
 #include <QColor>
 #include <QDateTime>
+#include <QKeySequence>
 #include <QRectF>
+#include <QTimeZone>
+#include <QUuid>
 #include <cmath>
+#include <functional>
 #include <gtest/gtest.h>
 #include <limits>
+#include <map>
+#include <unordered_map>
 
 namespace vek::App
 {
@@ -13,6 +19,15 @@ enum class Plain : short
 {
     Low = -1,
     High = 7,
+};
+enum class Wide : quint64
+{
+    Greatest = ~quint64(0),
+};
+enum class Flag : bool
+{
+    Clear,
+    Set,
 };
 
 /// Known to nobody but the specialisation below.
@@ -67,7 +82,7 @@ TEST(TypedAccess, ValuesComeBackFromBothFormats)
     CheckBothFormats(0.1F, QString("0.1"));
     CheckBothFormats(QString(" text; "), QString(" text; "));
     CheckBothFormats(std::string("\xc3\x84"), QStringLiteral(u"\u00c4"));
-    CheckBothFormats(QStringList{"a", "b"}, QStringList{"a", "b"});
+    CheckBothFormats(QStringList{"a", "b"}, QVariantList{"a", "b"});
     CheckBothFormats(QByteArray("\0\xff", 2), QByteArray("\0\xff", 2));
     CheckBothFormats(QDateTime({2026, 11, 21}, {1, 2, 3, 4}, Qt::UTC), QString("2026-11-21T01:02:03.004Z"));
     CheckBothFormats(QColor(1, 2, 3, 4), QString("#04010203"));
@@ -75,14 +90,23 @@ TEST(TypedAccess, ValuesComeBackFromBothFormats)
     CheckBothFormats(Qt::Horizontal, QString("Horizontal"));
     CheckBothFormats(Qt::Alignment(Qt::AlignHCenter | Qt::AlignTop), QString("AlignHCenter|AlignTop"));
     CheckBothFormats(Plain::Low, qint64(-1));
+    CheckBothFormats(Wide::Greatest, qint64(-1));
+    CheckBothFormats(Flag::Set, qint64(1));
+    const auto unnamed = static_cast<QLocale::Language>(60'000);
+    CheckBothFormats(unnamed, QVariant::fromValue(unnamed));
+    CheckBothFormats(QUuid(), QUuid().toString());
+    CheckBothFormats(QKeySequence("Ctrl+O"), QString("Ctrl+O"));
+    const QDateTime inZone({2026, 7, 1}, {12, 0}, QTimeZone("Europe/Paris"));
+    CheckBothFormats(inZone, inZone); // text keeps the offset only
     CheckBothFormats(std::optional<int>(3), 3);
     CheckBothFormats(std::optional<int>(), QVariant());
     CheckBothFormats(std::vector{0.5, 1e300}, QVariantList{0.5, 1e300});
     CheckBothFormats(std::vector<Qt::Orientation>{Qt::Vertical}, QString("Vertical")); // a list of one
-    CheckBothFormats(std::vector<std::vector<int>>{{1}}, 1);
-    CheckBothFormats(std::vector<std::vector<int>>{{1, 2}, {}},
-                     QVariantList{QVariant(QVariantList{1, 2}), QVariant(QVariantList())});
+    CheckBothFormats(std::vector<std::vector<int>>{{1, 2}, {}}, QVariantList{"1; 2", ""});
     CheckBothFormats(std::map<QString, int>{{"a", 1}, {"b", 2}}, QVariantList{"a", 1, "b", 2});
+    CheckBothFormats(std::unordered_map<std::string, int>{{"a", 1}}, QVariantList{"a", 1});
+    CheckBothFormats(std::map<std::string, Plain, std::less<>>{{"a", Plain::High}},
+                     QVariantList{"a", qint64(7)});
     CheckBothFormats(std::vector<bool>{true, false}, QVariantList{true, false});
     CheckBothFormats(QList<float>{0.1F, 2}, QVariantList{"0.1", "2"});
     CheckBothFormats(QMap<QString, float>{{"a", 0.1F}}, QVariantList{"a", "0.1"});
@@ -113,15 +137,23 @@ TEST(TypedAccess, WhatDoesNotFitIsNoValue)
     CheckReadings<quint8>({{255, 255}, {256, {}}, {-1, {}}, {"-1", {}}});
     CheckReadings<bool>({{"true", true}, {"False", false}, {"1", true}, {"yes", {}}, {"", {}}, {1, {}}});
     CheckReadings<double>({{"1e3", 1000.0}, {3, 3.0}, {"1e400", {}}, {"1,5", {}}, {"0x10", {}}});
+    CheckReadings<double>({{(qint64(1) << 53) + 1, {}}, {qint64(1) << 60, std::ldexp(1.0, 60)}});
+    CheckReadings<float>({{0.1, 0.1F}, {1e300, {}}, {std::numeric_limits<double>::infinity(), INFINITY}});
+    CheckReadings<QUuid>({{"no identifier", {}}});
+    CheckReadings<QKeySequence>({{"no keys", {}}});
     CheckReadings<QString>({{5, {}}, {QStringList{"a"}, {}}});
-    CheckReadings<QStringList>({{"one", QStringList{"one"}}, {QVariant(), QStringList()}, {5, {}}});
+    CheckReadings<QStringList>({{"a; b", QStringList{"a; b"}}, {QVariant(), QStringList()}, {5, {}}});
     CheckReadings<Qt::Orientation>(
         {{"Vertical", Qt::Vertical}, {2, Qt::Vertical}, {3, {}}, {"vertical", {}}});
     CheckReadings<Plain>({{7, Plain::High}, {"7", Plain::High}, {70'000, {}}, {"High", {}}});
     CheckReadings<QDate>({{"2026-11-21", QDate(2026, 11, 21)}, {"2026-13-21", {}}, {"", {}}});
     CheckReadings<std::vector<int>>({{"7", std::vector{7}}, {QVariant(), std::vector<int>()}});
     CheckReadings<std::vector<int>>({{QStringList{"1", "x"}, {}}, {QVariantList{1, 2.5}, {}}});
-    CheckReadings<std::map<QString, int>>({{QVariantList{"a"}, {}}, {QVariantList{"a", "x"}, {}}, {5, {}}});
+    CheckReadings<std::vector<int>>({{QVariant::fromValue(QList<int>{1, 2}), std::vector{1, 2}}});
+    using Map = std::map<QString, int>;
+    CheckReadings<Map>({{QVariantList{"a"}, {}}, {QVariantList{"a", "x"}, {}}, {5, {}}});
+    CheckReadings<Map>({{QVariantList{"a", 1, "a", 2}, {}}, {QVariantList{1, 1}, {}}});
+    CheckReadings<Map>({{QVariantHash{{"a", 1}}, Map{{"a", 1}}}, {QVariantMap{{"a", "x"}}, {}}});
     CheckReadings<Temperature>({{"1 C", {}}, {5, {}}});
 }
 
@@ -135,7 +167,18 @@ TEST(TypedAccess, DefaultStandsInAndGroupsCount)
     EXPECT_EQ(map.GetValue("k", 1), 5);
     EXPECT_EQ(map.GetValue("k", QString("default")), "default");
     EXPECT_EQ(map.GetValue("absent", 1.5), 1.5);
-    EXPECT_EQ(map.GetValue<QString>("text"), "literal");
+    EXPECT_EQ(map.GetValue("text", "default"), "literal");
+    EXPECT_EQ(map.GetValue("absent", "default"), "default");
+    for (const auto& set : std::initializer_list<std::function<void()>>{
+             [&map] { map.SetValue("view", QStringView(u"view")); },
+             [&map] { map.SetValue("view", QLatin1String("view")); },
+             [&map] { map.SetValue("view", std::string_view("views", 4)); },
+             [&map] { map.SetValue("view", std::string("view").c_str()); }})
+    {
+        map.SetValue("view", "");
+        set();
+        EXPECT_EQ(map.GetValueAsVariant("view"), VekQVariant::From(QString("view")));
+    }
     EXPECT_FALSE(map.GetValue<int>("none"));
     EXPECT_FALSE(map.GetValue<std::vector<int>>("absent"));
     map.EndGroup();

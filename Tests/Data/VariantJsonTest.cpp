@@ -28,10 +28,13 @@ TEST(VariantJson, TreesComeBackAndLossesAreTold)
 
     tree["b"] = VekQVariant::From(std::numeric_limits<double>::infinity());
     tree["c"]["d"] = VekQVariant::From(std::numeric_limits<quint64>::max());
+    tree["c"].As<VekQVariantMap>().BeginGroup("g");
     tree["c"].Share();
+    tree["uint"] = VekQVariant::From(4'000'000'000U);
     const VariantJson part = ToJson(tree);
     EXPECT_EQ(part.losses, QStringList({"b: double is kept as text", "c: sharing is left out",
-                                        "c/d: qulonglong is kept as text"}));
+                                        "c: open groups are left out", "c/d: qulonglong is kept as text"}));
+    EXPECT_EQ(part.value["uint"].toInteger(), 4'000'000'000);
     EXPECT_EQ(part.value["b"], "inf");
     EXPECT_EQ(part.value["c"]["d"], "18446744073709551615");
 }

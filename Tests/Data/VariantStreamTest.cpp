@@ -1,12 +1,24 @@
 #include "Support/TestSupport.h"
 #include "VekAppCore/Data/VekQVariantMap.h"
 #include <QBitArray>
+#include <QByteArrayList>
 #include <QColor>
 #include <QDataStream>
 #include <QDate>
+#include <QEasingCurve>
 #include <QFile>
+#include <QFont>
 #include <QIODevice>
+#include <QIcon>
+#include <QKeySequence>
+#include <QLineF>
+#include <QPen>
 #include <QPointF>
+#include <QPolygon>
+#include <QRect>
+#include <QRegion>
+#include <QTextCharFormat>
+#include <QUuid>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -225,12 +237,13 @@ TEST(VariantStream, ReadValueReplacesThatOfASharedNodeForAll)
     EXPECT_TRUE(partner["s"].HasValue()); // it has gone its own way
 }
 
-/// Numbers as QDataStream writes them.
+/// As QDataStream writes it.
 template <typename T>
 QByteArray Big(T number)
 {
     QByteArray bytes;
-    QDataStream(&bytes, QIODevice::WriteOnly) << number;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << number;
     return bytes;
 }
 QByteArray Text(const QByteArray& text) { return Big(static_cast<quint32>(text.size())) + text; }
@@ -313,25 +326,67 @@ INSTANTIATE_TEST_SUITE_P(
         HostileCase{"bits beyond their count taken",
                     Big(quint32(QMetaType::QBitArray)) + '\0' + Big(quint64(3)) + '\x0f',
                     QDataStream::ReadCorruptData, false, true},
+        HostileCase{"nested lists reserved for 2^62 each",
+                    Repeat(User(listName, Big(qint32(1)) + countless) + Big(qint32(1)) + '\0', 500) +
+                        QByteArray(1 << 20, '\1'),
+                    QDataStream::ReadCorruptData, false, true},
+        HostileCase{"name of a type reserved for 2^31", Big(quint32(65536)) + '\0' + Big(quint32(0x7ffffffe)),
+                    QDataStream::ReadCorruptData},
+        HostileCase{"number of a program's own type taken", Big(quint32(65537)) + '\0',
+                    QDataStream::ReadCorruptData},
+        HostileCase{"address of a function called",
+                    Big(quint32(QMetaType::QEasingCurve)) + '\0' + char(QEasingCurve::Custom) +
+                        Big(~quint64(0)) + '\0',
+                    QDataStream::ReadCorruptData, false, true},
+        HostileCase{"rectangles in no order united one by one",
+                    Big(quint32(QMetaType::QRegion)) + '\0' + Big(quint32(40)) + Big(qint32(10)) +
+                        Big(quint32(2)) + Big(QRect(5, 5, 1, 1)) + Big(QRect(0, 0, 1, 1)),
+                    QDataStream::ReadCorruptData, false, true},
+        HostileCase{"keys reserved for 2^32 - 1",
+                    Big(quint32(QMetaType::QKeySequence)) + '\0' + Big(~quint32(0)), QDataStream::ReadPastEnd,
+                    false, true},
+        HostileCase{"icon opens a file", Big(quint32(QMetaType::QIcon)) + '\0' + Big(QString("engine")),
+                    QDataStream::ReadCorruptData},
         HostileCase{"text of 2^31 reserved",
                     Big(quint32(QMetaType::QString)) + '\0' + Big(quint32(0x7ffffffe)),
                     QDataStream::ReadPastEnd, false, true}));
 
-TEST(VariantStream, NestingIsReadUntilTheDeepestLevel)
+VekQVariant MakeNestedLists(int depth)
 {
-    for (const int depth : {512, 513})
+    VekQVariant tree = Node(1);
+    for (int level = 1; level < depth; ++level)
     {
-        VekQVariant tree = Node(1);
-        for (int level = 1; level < depth; ++level)
-        {
-            VekQVariantList list;
-            list.push_back(tree);
-            tree = Node(list);
-        }
-        VekQVariant back;
-        const Read read = ReadInto(back, Write(tree, QDataStream::Qt_6_0), QDataStream::Qt_6_0);
-        EXPECT_EQ(read.status, depth == 512 ? QDataStream::Ok : QDataStream::ReadCorruptData);
-        EXPECT_EQ(back == tree, depth == 512);
+        VekQVariantList list;
+        list.push_back(tree);
+        tree = Node(list);
+    }
+    return tree;
+}
+
+TEST(VariantStream, NestingIsWrittenAndReadUntilTheDeepestLevel)
+{
+    const VekQVariant tree = MakeNestedLists(512);
+    const QByteArray bytes = Write(tree, QDataStream::Qt_6_0);
+    VekQVariant back;
+    EXPECT_EQ(ReadInto(back, bytes, QDataStream::Qt_6_0).status, QDataStream::Ok);
+    EXPECT_EQ(back, tree);
+    const QByteArray oneMore = NodeOf(listStart.first(listStart.size() - 5) + bytes);
+    EXPECT_EQ(ReadInto(back, oneMore, QDataStream::Qt_6_0).status, QDataStream::ReadCorruptData);
+}
+
+struct Unstreamable
+{
+    bool operator==(const Unstreamable&) const = default;
+};
+
+TEST(VariantStream, WhatCouldNotBeReadIsNotWritten)
+{
+    for (const VekQVariant& node : {MakeNestedLists(513), Node(Unstreamable()), Node(QIcon())})
+    {
+        QByteArray bytes;
+        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        stream << node;
+        EXPECT_EQ(stream.status(), QDataStream::WriteFailed) << node.TypeName().toStdString();
     }
 }
 
@@ -366,18 +421,84 @@ TEST(VariantStream, GroupsThatAreBrokenAreNone)
     EXPECT_TRUE(map.GetGroups().isEmpty());
 }
 
-TEST(VariantStream, BitsComeBack)
+QBitArray MakeBits()
 {
     QBitArray bits(11);
     bits.setBit(0);
     bits.setBit(10);
-    for (const int version : {int(QDataStream::Qt_5_15), int(QDataStream::Qt_6_0)})
-    {
-        VekQVariant back;
-        const Read read = ReadInto(back, Write(Node(bits), version), version);
-        EXPECT_TRUE(read.status == QDataStream::Ok && read.isWhole);
-        EXPECT_EQ(back, Node(bits));
-    }
+    return bits;
+}
+
+QEasingCurve MakeCurve(QEasingCurve::Type type)
+{
+    QEasingCurve curve(type);
+    curve.setAmplitude(2.5);
+    if (type == QEasingCurve::BezierSpline)
+        curve.addCubicBezierSegment({0.1, 0.2}, {0.3, 0.4}, {1, 1});
+    if (type == QEasingCurve::TCBSpline)
+        curve.addTCBSegment({1, 1}, 0.1, 0.2, 0.3);
+    return curve;
+}
+
+TEST(VariantStream, FilledValuesComeBackAsFromQt)
+{
+    QTextCharFormat format;
+    format.setFontItalic(true);
+    for (const QVariant& value :
+         {QVariant(MakeBits()), QVariant(QKeySequence(1, 2, 3)),
+          QVariant(QRegion(0, 0, 3, 3) + QRect(5, 1, 2, 2)), QVariant(format),
+          QVariant(QPolygon({{1, 2}, {3, 4}})), QVariant::fromValue(QByteArrayList{"a", ""}),
+          QVariant(MakeCurve(QEasingCurve::OutElastic)), QVariant(MakeCurve(QEasingCurve::BezierSpline)),
+          QVariant(MakeCurve(QEasingCurve::TCBSpline)),
+          QVariant::fromValue(std::pair<QVariant, QVariant>(1, "x")),
+          QVariant(QVariantHash{{"k", QVariantList{1}}}), QVariant(QColor(1, 2, 3)),
+          QVariant(QFont("Sans", 7)), QVariant(QPen(Qt::red, 2.5)), QVariant(QLineF(1, 2, 3, 4)),
+          QVariant(QUuid::createUuid())})
+        for (const int version : {int(QDataStream::Qt_5_15), int(QDataStream::Qt_6_0)})
+        {
+            VekQVariant back;
+            const Read read = ReadInto(back, Write(Node(value), version), version);
+            EXPECT_TRUE(read.status == QDataStream::Ok && read.isWhole);
+            EXPECT_EQ(back.ToQVariant(), value) << value.typeName();
+        }
+}
+
+TEST(VariantStream, FollowsByteOrderAndPrecisionOfTheStream)
+{
+    for (const auto order : {QDataStream::LittleEndian, QDataStream::BigEndian})
+        for (const auto precision : {QDataStream::SinglePrecision, QDataStream::DoublePrecision})
+        {
+            VekQVariantMap map = MakeValues();
+            map[QString()] = Node(0.5);
+            map[QString(65, u'k')] = Node(1);
+            map[QString(1 << 21, u'\u00c4')] = Node(2); // keys come in steps
+            QByteArray bytes;
+            const auto makeStream = [&bytes, order, precision](QIODevice::OpenMode mode) {
+                auto stream = std::make_unique<QDataStream>(&bytes, mode);
+                stream->setByteOrder(order);
+                stream->setFloatingPointPrecision(precision);
+                return stream;
+            };
+            *makeStream(QIODevice::WriteOnly) << map;
+            QByteArray start;
+            QDataStream(&start, QIODevice::WriteOnly)
+                << qint32(order == QDataStream::BigEndian ? 1 : 1 << 24);
+            EXPECT_TRUE(bytes.startsWith(start));
+            VekQVariantMap back;
+            *makeStream(QIODevice::ReadOnly) >> back;
+            EXPECT_EQ(back, map);
+        }
+}
+
+TEST(VariantStream, StatusOfBeforeIsKeptWhileGroupsAreRead)
+{
+    const QByteArray bytes = ReadGolden("groups.qt6.bin");
+    QDataStream stream(bytes);
+    stream.setStatus(QDataStream::ReadCorruptData);
+    VekQVariantMap map;
+    stream >> map;
+    EXPECT_EQ(stream.status(), QDataStream::ReadCorruptData);
+    EXPECT_EQ(map.GetGroups(), QStringList({"g", "h"}));
 }
 
 TEST(VariantStream, EveryTypeOfQtComesBackAsFromQt)
@@ -392,14 +513,19 @@ TEST(VariantStream, EveryTypeOfQtComesBackAsFromQt)
             const QVariant value{QMetaType(type)};
             const QByteArray bytes = Write(value, version);
             QVariant byQt;
-            if (!value.isValid() || ReadInto(byQt, bytes, version).status != QDataStream::Ok)
+            if (!value.isValid() || type == QMetaType::QIcon || type == QMetaType::QCursor)
+                continue; // see above
+            if (ReadInto(byQt, bytes, version).status != QDataStream::Ok)
                 continue; // Qt cannot either
             VekQVariant node;
             const Read read = ReadInto(node, NodeOf(bytes), version);
             EXPECT_TRUE(read.status == QDataStream::Ok && read.isWhole) << type;
             EXPECT_EQ(node.TypeName(), QString(byQt.typeName())) << version;
             EXPECT_EQ(node.ToQVariant().isNull(), byQt.isNull()) << type;
-            EXPECT_EQ(Write(node, version), NodeOf(bytes)) << type;
+            if (type != QMetaType::QEasingCurve) // has an address in it
+            {
+                EXPECT_EQ(Write(node, version), NodeOf(bytes)) << type;
+            }
         }
 }
 } // namespace

@@ -159,6 +159,14 @@ TEST(VekQVariant, CloneSharesNothingHoweverDeep)
     shared["new"] = Number(2);
     EXPECT_EQ(clone["list"][1]["s"], Number(1));
     EXPECT_TRUE(tree["list"][1]["s"].IsShared()); // the source is as before
+    for (const VekQVariant& holder :
+         {VekQVariant::From(VekQVariantMaps(1, tree.AsConst<VekQVariantMap>())), VekQVariant::From(tree),
+          VekQVariant::From(QVariantList{tree.ToQVariant()}),
+          VekQVariant::From(QVariantMap{{"k", tree.ToQVariant()}})})
+    {
+        EXPECT_NE(holder.Clone(), holder) << holder.TypeName().toStdString();
+        EXPECT_TRUE(HasEqualContents(holder, holder.Clone()));
+    }
     EXPECT_EQ(tree["list"][1]["s"]["new"], Number(2));
 }
 
@@ -197,6 +205,57 @@ TEST(VekQVariant, StatesAfterAMoveAreDestroyedAndAssignedTo)
     shared = Number(2);
     EXPECT_EQ(shared, Number(2));
     EXPECT_EQ(taken.ToQVariant(), QVariant(1));
+}
+
+TEST(VekQVariant, TakesItsOwnChildInItsPlace)
+{
+    const auto check = [](const auto& assign) {
+        VekQVariant node;
+        node["a"][1]["b"] = Number(7);
+        assign(node);
+        EXPECT_EQ(node, Number(7));
+    };
+    check([](VekQVariant& node) { node = *&node["a"][1]["b"]; });
+    check([](VekQVariant& node) { node = std::move(node["a"][1]["b"]); });
+    check([](VekQVariant& node) {
+        node["a"][1]["b"].Share();
+        node = node["a"][1]["b"];
+        EXPECT_TRUE(node.IsShared());
+        node.Unshare();
+    });
+    check([](VekQVariant& node) {
+        auto& map = node.As<VekQVariantMap>();
+        map = map["a"][1].As<VekQVariantMap>();
+        node = node["b"];
+    });
+    check([](VekQVariant& node) {
+        node["a"][1] = VekQVariant::From(VekQVariantList(1, Number(7)));
+        auto& list = node["a"].As<VekQVariantList>();
+        list = list[1].As<VekQVariantList>();
+        node = node["a"][0];
+    });
+}
+
+TEST(VekQVariant, ListThatCannotBeLosesNothing)
+{
+    VekQVariant node = Number(1);
+    for (const quint64 index : {~quint64(0), ~quint64(0) / 40})
+    {
+        EXPECT_THROW(node[index], std::length_error);
+        EXPECT_EQ(node, Number(1));
+    }
+}
+
+TEST(VekQVariant, MutableAccessCopiesNothingThatItOwnsAlone)
+{
+    VekQVariant tree;
+    const VekQVariant* const leaf = &tree["a"][0]["b"]["leaf"];
+    tree["a"][0]["b"]["other"] = Number(1);
+    EXPECT_EQ(&tree["a"][0]["b"]["leaf"], leaf);
+    EXPECT_EQ(tree["a"].Find("b"), nullptr);
+    const VekQVariant copy = tree;
+    tree["a"][0]["b"]["other"] = Number(2); // now there is another owner
+    EXPECT_EQ(copy["a"][0]["b"]["other"], Number(1));
 }
 
 TEST(VekQVariant, TraverseAndDumpGoThroughParentsFirst)

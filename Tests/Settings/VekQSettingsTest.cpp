@@ -80,7 +80,7 @@ TEST_F(SettingsTest, KeysOfTheOrganisationAreNotSeen)
 TEST_F(SettingsTest, ScratchStoreErasesItself)
 {
     {
-        VekQSettingsScoped scratch(QSettings::IniFormat, QSettings::UserScope, "Test", "Written");
+        VekQSettingsScopped scratch(QSettings::IniFormat, QSettings::UserScope, "Test", "Written");
         scratch.SetValue("k", 1);
         scratch.Sync();
         EXPECT_TRUE(GetFileText().contains("k=1"));
@@ -123,6 +123,20 @@ TEST_F(SettingsTest, TypedValuesAreReadableInTheFileAndComeBack)
     CheckInFile(std::vector{0.5, 2.0}, "0.5, 2");
     CheckInFile(std::vector{0.5}, "0.5");
     CheckInFile(std::vector<double>(), "@Invalid()");
+    CheckInFile(QVariantList{"5"}, "5");
+    CheckInFile(QVariantList(), "@Invalid()");
+    CheckInFile(QStringList{"a; b"}, "\"a; b\"");
+    CheckInFile(QStringList{""}, "");
+    using Lists = std::vector<std::vector<int>>;
+    CheckInFile(Lists{{1, 2}, {3}, {}}, "\"1; 2\", 3, ");
+    CheckInFile(Lists{{1, 2}}, "\"1; 2\"");
+    CheckInFile(Lists{{1}}, "1");
+    CheckInFile(Lists{{}}, "");
+    CheckInFile(Lists{}, "@Invalid()");
+    CheckInFile(std::vector<Lists>{{{1, 2}, {3}}}, R"("\"1; 2\"; 3")");
+    CheckInFile(std::vector<QStringList>{{"a; b", "\""}}, R"("\"a; b\"; \"\"\"\"")");
+    CheckInFile(std::vector<std::map<std::string, int>>{{{"x", 1}}}, "\"x; 1\"");
+    CheckInFile(std::map<QString, std::vector<int>>{{"x", {1, 2}}, {"y", {}}}, "x, \"1; 2\", y, ");
     CheckInFile(QStringList{"a, b", "c"}, "\"a, b\", c");
     CheckInFile(std::map<QString, int>{{"x", 1}, {"y", 2}}, "x, 1, y, 2");
     CheckInFile(std::optional<int>(), "@Invalid()");

@@ -151,6 +151,12 @@ TEST(Convert, ListsComeBackWhateverStandsInThem)
     std::vector<double> numbers;
     EXPECT_TRUE(FromString(u"1,5|2", numbers, options));
     EXPECT_EQ(ToString(numbers, options), "1,5 | 2");
+    for (const char* const blank : {"", " "}) // cannot be told from the text around
+    {
+        options.separator = blank;
+        EXPECT_EQ(ToString(numbers, options), "1,5; 2");
+        EXPECT_TRUE(FromString(u"1,5; 2", numbers, options));
+    }
     for (const char* text : {"1;x", "1;;2", "1;", "\"1", "\"1\"2"})
         EXPECT_FALSE(FromString(QString(text), numbers)) << text;
     EXPECT_EQ(numbers, (std::vector{1.5, 2.0}));

@@ -3,6 +3,7 @@
 #include "VekAppCore/Data/VekQVariant.h"
 #include "VekBase/ScopeBase.h"
 #include <optional>
+#include <string_view>
 
 namespace vek::App
 {
@@ -61,17 +62,30 @@ public:
         auto value = GetValue<T>(key);
         return value ? std::move(*value) : std::move(defaultValue);
     }
-    /// Keeps @p value in the form that this store prefers.
+    /// @param defaultValue  UTF-8.
+    [[nodiscard]] QString GetValue(const QString& key, const char* defaultValue) const
+    {
+        return GetValue(key, QString::fromUtf8(defaultValue));
+    }
+    /// Keeps @p value in the form that this store prefers; a literal or a view of text as a QString, which
+    /// is read from UTF-8 where it is one of bytes.
     template <typename T>
     void SetValue(const QString& key, const T& value)
     {
         if constexpr (std::is_same_v<T, VekQVariant>)
             SetValueAsVariant(key, value);
-        else if constexpr (std::is_same_v<std::decay_t<const T&>, const char*>)
+        else if constexpr (std::is_convertible_v<const T&, std::string_view> && !std::is_class_v<T>)
             SetValueAsVariant(key, FromQVariant(QString::fromUtf8(value)));
+        else if constexpr (std::is_same_v<T, std::string_view>)
+            SetValueAsVariant(key, FromQVariant(QString::fromUtf8(value.data(), qsizetype(value.size()))));
+        else if constexpr (std::is_same_v<T, QStringView> || std::is_same_v<T, QLatin1String>)
+            SetValueAsVariant(key, FromQVariant(QString(value.toString())));
         else
+        {
+            static_assert(!std::is_pointer_v<T>, "An address means nothing in a store");
             SetValueAsVariant(key,
                               FromQVariant(VariantConverter<T>::ToVariant(value, PreferedStoreFormat())));
+        }
     }
 
 protected:

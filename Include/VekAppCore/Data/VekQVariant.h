@@ -39,8 +39,8 @@ protected:
 /// A node owns its value, and copies of it are independent. After Share, copies of it refer to one value:
 /// what is changed through one is seen through all. A moved-from node may only be destroyed or assigned to;
 /// so may one that was left without a value by an exception in an assignment: reaching its value throws
-/// std::bad_variant_access. Reentrant; copies of a shared node may be made and dropped on several threads,
-/// but the value that they share is not guarded.
+/// std::bad_variant_access. Never put a shared node below itself: it would have no end. Reentrant; copies of
+/// a shared node may be made and dropped on several threads, but the value that they share is not guarded.
 class VEKAPPCORE_EXPORT VekQVariant
 {
 public:
@@ -48,8 +48,14 @@ public:
     VekQVariant() noexcept = default;
     VekQVariant(const VekQVariant&) = default;
     VekQVariant(VekQVariant&&) noexcept = default;
-    VekQVariant& operator=(const VekQVariant&) = default;
-    VekQVariant& operator=(VekQVariant&&) = default;
+    /// Of any node, also of one below this one.
+    VekQVariant& operator=(const VekQVariant& other) { return *this = VekQVariant(other); }
+    VekQVariant& operator=(VekQVariant&& other)
+    {
+        VekQVariant taken(std::move(other)); // which may die with the value of before
+        m_value = std::move(taken.m_value);
+        return *this;
+    }
     ~VekQVariant() = default;
 
     /// A node that owns @p value.
@@ -68,7 +74,8 @@ public:
     const VekQVariant& operator[](const QString& key) const;
 
     /// The child of this index; a shorter list is lengthened with invalid elements to hold it. A node that is
-    /// no list becomes one, and its value is lost.
+    /// no list becomes one, and its value is lost. References to elements end when a list is lengthened.
+    /// @throws std::length_error  no list can be as long.
     VekQVariant& operator[](quint64 index);
     /// @throws Exception::WrongTypeException  this is no list.
     /// @throws std::out_of_range  it is too short.
@@ -173,7 +180,7 @@ private:
     std::variant<QVariant, std::shared_ptr<QVariant>> m_value;
 };
 
-/// Equal whoever shares what: by value, and for maps and lists by their children. Open groups do not count.
+/// Equal whoever shares what: as if nothing were shared in either.
 [[nodiscard]] VEKAPPCORE_EXPORT bool HasEqualContents(const VekQVariant& a, const VekQVariant& b);
 
 /// Writes the tree to the log, one line a node.

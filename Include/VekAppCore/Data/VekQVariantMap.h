@@ -145,6 +145,16 @@ class VEKAPPCORE_EXPORT VekQVariantList : public std::vector<VekQVariant>
 {
 public:
     using vector::vector;
+    VekQVariantList() = default;
+    VekQVariantList(const VekQVariantList&) = default;
+    VekQVariantList(VekQVariantList&&) noexcept = default;
+    /// Of any list, also of one below this one.
+    VekQVariantList& operator=(VekQVariantList other) noexcept
+    {
+        swap(other);
+        return *this;
+    }
+    ~VekQVariantList() = default;
 
     friend VEKAPPCORE_EXPORT QDataStream& operator<<(QDataStream& stream, const VekQVariantList& list);
     /// Adds to the elements; a stream of another version is left as it is.

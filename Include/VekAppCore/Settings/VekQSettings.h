@@ -71,10 +71,10 @@ protected:
 };
 
 /// A scratch store: what is written into it goes with it.
-class VEKAPPCORE_EXPORT VekQSettingsScoped : public VekQSettings
+class VEKAPPCORE_EXPORT VekQSettingsScopped : public VekQSettings
 {
 public:
     using VekQSettings::VekQSettings;
-    ~VekQSettingsScoped() override;
+    ~VekQSettingsScopped() override;
 };
 } // namespace vek::App

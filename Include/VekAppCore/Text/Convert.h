@@ -36,7 +36,7 @@ struct NumberOptions
 
 struct ListUnitNumberOptions : NumberOptions
 {
-    /// Between the items; in a text that is read, with or without its blanks.
+    /// Between the items; in a text that is read, with or without its blanks. Without any, it is "; ".
     QString separator = QStringLiteral("; ");
 };
 
@@ -128,64 +128,65 @@ template <Integer T>
     return true;
 }
 
+namespace Details
+{
+/// A list of anything, but no text.
+template <typename T>
+concept Sequence = requires(T& container)
+{
+    container.push_back(*container.begin());
+}
+&&!std::convertible_to<T, QStringView>;
+} // namespace Details
+
 /// The items with separators between them; one that would be misread alone, such as a text with a separator
 /// in it, stands in quotes. A list with an item that is not read is not read.
-template <typename Container>
-    requires requires(Container& container)
+template <Details::Sequence Container>
+[[nodiscard]] QString ToString(const Container& values, const ListUnitNumberOptions& options = {})
+{
+    QStringList items;
+    items.reserve(static_cast<qsizetype>(values.size()));
+    for (const auto& value : values)
+        if constexpr (requires { ToString(value, options); })
+            items.push_back(ToString(value, options));
+        else
+            items.push_back(ToString(value));
+    return Details::Join(items, options);
+}
+template <Details::Sequence Container>
+[[nodiscard]] bool FromString(QStringView text, Container& values, const ListUnitNumberOptions& options = {})
+{
+    const std::optional<QStringList> items = Details::Split(text, options);
+    if (!items)
+        return false;
+    Container read;
+    for (const QString& item : *items)
     {
-        container.push_back(*container.begin());
-    } &&(!std::convertible_to<Container, QStringView>) [[nodiscard]] QString
-        ToString(const Container& values, const ListUnitNumberOptions& options = {})
-    {
-        QStringList items;
-        items.reserve(static_cast<qsizetype>(values.size()));
-        for (const auto& value : values)
-            if constexpr (requires { ToString(value, options); })
-                items.push_back(ToString(value, options));
-            else
-                items.push_back(ToString(value));
-        return Details::Join(items, options);
-    }
-    template <typename Container>
-        requires requires(Container& container)
+        typename Container::value_type value{};
+        if constexpr (requires { FromString(item, value, options); })
         {
-            container.push_back(*container.begin());
-        } &&(!std::convertible_to<Container, QStringView>)
-            [[nodiscard]] bool FromString(QStringView text, Container& values,
-                                          const ListUnitNumberOptions& options = {})
-        {
-            const std::optional<QStringList> items = Details::Split(text, options);
-            if (!items)
+            if (!FromString(item, value, options))
                 return false;
-            Container read;
-            for (const QString& item : *items)
-            {
-                typename Container::value_type value{};
-                if constexpr (requires { FromString(item, value, options); })
-                {
-                    if (!FromString(item, value, options))
-                        return false;
-                }
-                else if (!FromString(item, value))
-                    return false;
-                read.push_back(std::move(value));
-            }
-            values = std::move(read);
-            return true;
         }
+        else if (!FromString(item, value))
+            return false;
+        read.push_back(std::move(value));
+    }
+    values = std::move(read);
+    return true;
+}
 
-        /// Values of all kinds: what Qt can turn into text, lists, points, sizes and rectangles as lists of
-        /// numbers, byte arrays percent-encoded, enumerations by name, and maps as "key: value" items. A
-        /// container within a container shows as its size, "[3]" or "{3}". What has no text of its own is
-        /// written as QDebug does.
-        [[nodiscard]] QString ToString(const std::same_as<QVariant> auto& value,
-                                       const ListUnitNumberOptions& options = {})
-        {
-            return Details::ToText(value, options);
-        }
+/// Values of all kinds: what Qt can turn into text, lists, points, sizes and rectangles as lists of numbers,
+/// byte arrays percent-encoded, enumerations by name, and maps as "key: value" items. A container within a
+/// container shows as its size, "[3]" or "{3}". What has no text of its own is written as QDebug does.
+[[nodiscard]] QString ToString(const std::same_as<QVariant> auto& value,
+                               const ListUnitNumberOptions& options = {})
+{
+    return Details::ToText(value, options);
+}
 
-        /// The value of type @p type that has this text.
-        /// @return false for maps and nested containers too, and for what is only written as QDebug does.
-        [[nodiscard]] VEKAPPCORE_EXPORT bool FromString(QStringView text, QMetaType type, QVariant& value,
-                                                        const ListUnitNumberOptions& options = {});
+/// The value of type @p type that has this text.
+/// @return false for maps and nested containers too, and for what is only written as QDebug does.
+[[nodiscard]] VEKAPPCORE_EXPORT bool FromString(QStringView text, QMetaType type, QVariant& value,
+                                                const ListUnitNumberOptions& options = {});
 } // namespace vek::Convert
