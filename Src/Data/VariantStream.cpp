@@ -6,6 +6,7 @@
 #include <QByteArrayList>
 #include <QDataStream>
 #include <QEasingCurve>
+#include <QFont>
 #include <QGuiApplication>
 #include <QIODevice>
 #include <QKeySequence>
@@ -286,6 +287,7 @@ bool ReadContents(QDataStream& stream, QVariant& value)
     case QMetaType::QPolygonF: ReadList(stream, *static_cast<QPolygonF*>(contents)); return true;
     case QMetaType::QVariantMap: ReadMap(stream, *static_cast<QVariantMap*>(contents)); return true;
     case QMetaType::QVariantHash: ReadMap(stream, *static_cast<QVariantHash*>(contents)); return true;
+    case QMetaType::QVariant: ReadValue(stream, *static_cast<QVariant*>(contents)); return true;
     case QMetaType::QVariantPair:
     {
         auto& [first, second] = *static_cast<std::pair<QVariant, QVariant>*>(contents);
@@ -309,7 +311,9 @@ bool ReadContents(QDataStream& stream, QVariant& value)
             return false;
         try
         {
-            return value.metaType().load(stream, contents);
+            // A font without a family crashes Qt when it is written again.
+            return value.metaType().load(stream, contents) &&
+                   (type != QMetaType::QFont || !static_cast<QFont*>(contents)->families().isEmpty());
         }
         catch (const std::bad_alloc&)
         {

@@ -17,6 +17,7 @@ int main(int argc, char** argv)
         vek::App::VekQSettings store(QSettings::IniFormat, QSettings::UserScope, "Test", "Written");
         for (int key = 0; key < 200; ++key)
             store.SetValue(QStringLiteral("%1/key%2").arg(prefix).arg(key), generation);
+        store.SetValue(prefix + "/much", QString(300'000, QChar(u'a' + generation % 26))); // takes its time
         store.Sync();
         std::printf("%d\n", generation);
         std::fflush(stdout);
