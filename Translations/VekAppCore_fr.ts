@@ -13,6 +13,13 @@
     </message>
 </context>
 <context>
+    <name>CmdBase</name>
+    <message>
+        <source>An unknown error occurred</source>
+        <translation>Une erreur inconnue est survenue</translation>
+    </message>
+</context>
+<context>
     <name>LogPanel</name>
     <message>
         <source>Error</source>
@@ -94,10 +101,16 @@
     </message>
 </context>
 <context>
-    <name>CmdBase</name>
+    <name>StringUtility</name>
     <message>
-        <source>An unknown error occurred</source>
-        <translation>Une erreur inconnue est survenue</translation>
+        <source>: </source>
+        <comment>Must be translated with the correct spacing according to the language (ex: &quot; : &quot; in French</comment>
+        <translation> : </translation>
+    </message>
+    <message>
+        <source>; </source>
+        <comment>Must be translated with the correct spacing according to the language (ex: &quot; ; &quot; in French</comment>
+        <translation> ; </translation>
     </message>
 </context>
 <context>

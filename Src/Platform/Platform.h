@@ -30,4 +30,7 @@ void RestoreFloatingPointTraps(unsigned traps);
 
 /// The folder that all users of this computer share, with slashes; empty where there is none.
 QString GetPublicFolder();
+
+/// What separates the items of a list in the user's regional settings; empty where the system does not tell.
+QString GetListSeparator();
 } // namespace vek::Platform

@@ -1,5 +1,6 @@
 #include "VekAppCore/Text/Convert.h"
 #include "VekAppCore/Data/VekQVariantMap.h"
+#include "VekAppCore/Text/UnitConvert.h"
 #include <QByteArrayList>
 #include <QDebug>
 #include <QKeySequence>
@@ -33,6 +34,12 @@ using Ascii = QVarLengthArray<char, usualLength>;
 constexpr double smallestFixed = 1e-5;
 constexpr double firstScientific = 1e16;
 
+/// Where an exponent is written in another way, "e" is not read.
+bool HasAsciiExponent(const QLocale& locale)
+{
+    return locale.exponential().compare(u'e', Qt::CaseInsensitive) == 0;
+}
+
 /// In the C locale.
 template <std::floating_point T>
 QString Write(T value, const NumberOptions* options)
@@ -54,7 +61,8 @@ QString Write(T value, const NumberOptions* options)
         default: break;
         }
         const auto size = static_cast<double>(std::abs(value));
-        const bool isFixed = size == 0 || (size >= smallestFixed && size < firstScientific);
+        const bool isFixed = size == 0 || (size >= smallestFixed && size < firstScientific) ||
+                             (options && !HasAsciiExponent(options->locale));
         return std::to_chars(begin, end, value,
                              isFixed ? std::chars_format::fixed : std::chars_format::scientific);
     };
@@ -69,6 +77,13 @@ QString WriteInteger(T value)
     return QString::fromLatin1(text.data(), end - text.data());
 }
 
+/// Some locales have no single digit before a separator, and read none: 1234, 12 345, 1234 567.
+bool GroupsFourDigits(QLocale locale)
+{
+    locale.setNumberOptions(QLocale::DefaultNumberOptions); // the C locale leaves them out unless told
+    return locale.toString(1234).contains(locale.groupSeparator());
+}
+
 /// The number with the separators of the locale.
 QString Localize(QString text, const NumberOptions& options)
 {
@@ -78,9 +93,13 @@ QString Localize(QString text, const NumberOptions& options)
         ++integerEnd;
     if (integerEnd < text.size() && text[integerEnd] == u'.')
         text.replace(integerEnd, 1, options.locale.decimalPoint());
-    if (options.hasGroupSeparators)
-        for (qsizetype at = integerEnd - 3; at > integerBegin; at -= 3)
+    const qsizetype digits = integerEnd - integerBegin;
+    if (options.hasGroupSeparators && digits > 3)
+    {
+        const bool canStandAlone = digits % 3 != 1 || GroupsFourDigits(options.locale);
+        for (qsizetype at = integerEnd - 3; at > integerBegin + (canStandAlone ? 0 : 1); at -= 3)
             text.insert(at, options.locale.groupSeparator());
+    }
     return text;
 }
 
@@ -112,7 +131,8 @@ Ascii Delocalize(QStringView text, const NumberOptions* options)
             const qsizetype size = at - groupBegin;
             at += group.size();
             const bool isWhole = isDigit(at) && isDigit(at + 1) && isDigit(at + 2) && !isDigit(at + 3);
-            if (!isWhole || size < 1 || size > 3)
+            const qsizetype most = size == 4 && !GroupsFourDigits(options->locale) ? 4 : 3;
+            if (!isWhole || size < 1 || size > most)
                 return {};
             groupBegin = at;
         }
@@ -454,6 +474,20 @@ bool ReadNumber(QStringView text, QVariant& value, const NumberOptions& options)
     return true;
 }
 
+/// Calls @p function with a null pointer to the type of quantity or unit that @p type is.
+template <typename Function>
+bool VisitQuantity(QMetaType type, Function function)
+{
+    const auto visit = [&]<typename... T>(const T*... none) {
+        return ((type == QMetaType::fromType<T>() && (function(none), true)) || ...);
+    };
+    return visit(static_cast<Unit::Length*>(nullptr), static_cast<Unit::Area*>(nullptr),
+                 static_cast<Unit::Volume*>(nullptr), static_cast<Unit::Angle*>(nullptr),
+                 static_cast<Unit::Percent*>(nullptr), static_cast<Unit::LengthUnit*>(nullptr),
+                 static_cast<Unit::AreaUnit*>(nullptr), static_cast<Unit::VolumeUnit*>(nullptr),
+                 static_cast<Unit::AngleUnit*>(nullptr), static_cast<Unit::PercentUnit*>(nullptr));
+}
+
 /// Calls @p function with a null pointer to the number type that @p type is.
 template <typename Function>
 bool VisitNumber(QMetaType type, Function function)
@@ -477,7 +511,14 @@ QString Details::ToText(const QVariant& value, const ListUnitNumberOptions& opti
     const auto writeFigures = [&]<typename T>(const T*) {
         text = ToString(Figures<T>::Get(*Peek<T>(value)), options);
     };
-    if (VisitNumber(value.metaType(), writeNumber) || VisitFigures(value.metaType(), writeFigures))
+    const auto writeQuantity = [&]<typename T>(const T*) {
+        if constexpr (Unit::AnyUnit<T>)
+            text = ToString(*Peek<T>(value));
+        else
+            text = ToString(*Peek<T>(value), options);
+    };
+    if (VisitNumber(value.metaType(), writeNumber) || VisitFigures(value.metaType(), writeFigures) ||
+        VisitQuantity(value.metaType(), writeQuantity))
         return text;
     if (const auto* const variant = Peek<VekQVariant>(value))
         return variant->ToString(options);
@@ -524,7 +565,16 @@ bool FromString(QStringView text, QMetaType type, QVariant& value, const ListUni
         if (isRead)
             value = QVariant::fromValue(Figures<T>::Make(figures));
     };
-    if (VisitNumber(type, readNumber) || VisitFigures(type, readFigures))
+    const auto readQuantity = [&]<typename T>(const T*) {
+        T read{};
+        if constexpr (Unit::AnyUnit<T>)
+            isRead = FromString(text.trimmed(), read);
+        else
+            isRead = FromString(text, read, options);
+        if (isRead)
+            value = QVariant::fromValue(read);
+    };
+    if (VisitNumber(type, readNumber) || VisitFigures(type, readFigures) || VisitQuantity(type, readQuantity))
         return isRead;
     switch (type.id())
     {

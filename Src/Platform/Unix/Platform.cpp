@@ -60,4 +60,6 @@ void RestoreFloatingPointTraps(unsigned traps)
 }
 
 QString GetPublicFolder() { return QStandardPaths::writableLocation(QStandardPaths::PublicShareLocation); }
+
+QString GetListSeparator() { return {}; }
 } // namespace vek::Platform

@@ -1,6 +1,7 @@
 #include "Platform/Platform.h"
 #include <QDir>
 #include <QRegularExpression>
+#include <array>
 #include <cfloat>
 #include <memory>
 #include <windows.h>
@@ -73,5 +74,13 @@ QString GetPublicFolder()
     const HRESULT result = SHGetKnownFolderPath(FOLDERID_Public, 0, nullptr, &folder);
     const std::unique_ptr<wchar_t, decltype(&CoTaskMemFree)> owner(folder, &CoTaskMemFree);
     return SUCCEEDED(result) ? QDir::fromNativeSeparators(QString::fromWCharArray(folder)) : QString();
+}
+
+QString GetListSeparator()
+{
+    std::array<wchar_t, 4> separator{}; // the longest there is
+    GetLocaleInfoEx(LOCALE_NAME_USER_DEFAULT, LOCALE_SLIST, separator.data(),
+                    static_cast<int>(separator.size()));
+    return QString::fromWCharArray(separator.data());
 }
 } // namespace vek::Platform
