@@ -9,27 +9,27 @@
 
 namespace vek::Convert
 {
+/// What an extractor reads, before it is localised.
+struct Details::NumberGrammar
+{
+    QString pattern;
+    bool hasDecimals = true;
+    QStringList symbols; ///< Of units, longer ones first: they win over those that they begin with.
+};
+
 namespace
 {
 using namespace Qt::StringLiterals;
+using Grammar = Details::NumberGrammar;
 
 // The fragments of the grammar; %thousand and %decimal are filled in for a locale.
 constexpr QStringView sign = u"(?:[+-])?";
 constexpr QStringView integerPart = u"\\d{1,3}(?:%thousand?\\d{3})*(?=[^\\d]|$)";
 constexpr QStringView decimalPart = u"%decimal(?<dec%1>\\d*)";
 constexpr QStringView exponent = u"(?:[eE](?<exp>[+-]?\\d*))?";
+// The blanks are not given back: no number begins with one, and a run of them would be tried over and over.
 constexpr QStringView coordinatePrefix =
-    u"(?:(?:\\b(?<prefix>[dD]?(?:[xX]+|[yY]+|[zZ]+)) *[=:]? *)|^|(?<!\\d|\\w))";
-
-/// The groups of the patterns, in the order in which they stand there.
-enum EGroup
-{
-    Value = 1,
-    FirstDecimals,
-    SecondDecimals,
-    Exponent,
-    UnitSymbol,
-};
+    u"(?:(?:\\b(?<prefix>[dD]?(?:[xX]+|[yY]+|[zZ]+)) *+[=:]? *+)|^|(?<!\\d|\\w))";
 
 constexpr int mostDecimals = 15;
 
@@ -48,15 +48,31 @@ const QString& GetRealPattern()
     return pattern;
 }
 
-template <Unit::AnyUnit U>
-QString MakeQuantityPattern()
+const Grammar& GetIntegerGrammar()
 {
-    QStringList symbols;
-    for (auto unit = static_cast<int>(Unit::UnitTraits<U>::first); unit < static_cast<int>(U::END); ++unit)
-        symbols += ToString(static_cast<U>(unit));
-    // A longer symbol wins over one that it begins with.
-    std::ranges::stable_sort(symbols, std::greater(), &QString::size);
-    return u"%1(?: ?%2)?"_s.arg(GetRealPattern(), u"(?<unit>%1)"_s.arg(symbols.join(u'|')));
+    static const Grammar grammar{GetIntegerPattern(), false, {}};
+    return grammar;
+}
+
+const Grammar& GetRealGrammar()
+{
+    static const Grammar grammar{GetRealPattern(), true, {}};
+    return grammar;
+}
+
+template <Unit::AnyUnit U>
+const Grammar& GetQuantityGrammar()
+{
+    static const Grammar grammar = [] {
+        QStringList symbols;
+        for (auto unit = static_cast<int>(Unit::UnitTraits<U>::first); unit < static_cast<int>(U::END);
+             ++unit)
+            symbols += ToString(static_cast<U>(unit));
+        std::ranges::stable_sort(symbols, std::greater(), &QString::size);
+        const QString unitPattern = u"(?<unit>%1)"_s.arg(symbols.join(u'|'));
+        return Grammar{u"%1(?: ?%2)?"_s.arg(GetRealPattern(), unitPattern), true, symbols};
+    }();
+    return grammar;
 }
 
 QString Localize(QString pattern, const QLocale& locale, const QLocale* other, bool hasThousands)
@@ -64,7 +80,7 @@ QString Localize(QString pattern, const QLocale& locale, const QLocale* other, b
     const auto getSeparator = [other](const QString& own, const QString& others) {
         return other && own != others ? u"[%1%2]"_s.arg(own, others) : QRegularExpression::escape(own);
     };
-    if (hasThousands)
+    if (hasThousands && !locale.groupSeparator().isEmpty())
         pattern.replace(u"%thousand"_s,
                         getSeparator(locale.groupSeparator(), other ? other->groupSeparator() : QString()));
     else
@@ -93,10 +109,10 @@ public:
             return locale.toDouble(text, &isRead) == value && isRead;
         };
         m_readsExponents = reads(u"2e-3"_s, 2e-3) && reads(u"2E+3"_s, 2e3);
-        m_readsGroups = group.size() == 1 && reads(u"1%1234"_s.arg(group), 1234) &&
-                        reads(u"12%1345%1678"_s.arg(group), 12345678);
+        m_readsGroups = group.size() == 1 && reads(u'1' + group + u"234"_s, 1234) &&
+                        reads(u"12"_s + group + u"345"_s + group + u"678"_s, 12345678);
         m_isUsual = group.size() <= 1 && decimal.size() == 1 && group != decimal &&
-                    reads(u"-12%15"_s.arg(decimal), -12.5);
+                    reads(u"-12"_s + decimal + u'5', -12.5);
         m_group = group.isEmpty() ? QChar() : group[0];
         m_decimal = decimal.isEmpty() ? QChar() : decimal[0];
     }
@@ -132,15 +148,16 @@ private:
                 digits = 0;
                 continue;
             }
-            else if (isInteger)
+            else
             {
-                const bool isEnd = unit == m_decimal || unit == u'e' || unit == u'E';
-                if (isEnd && ((isGrouped && digits != 3) || (unit != m_decimal && !m_readsExponents)))
+                const bool isExponent = unit == u'e' || unit == u'E';
+                if (isExponent && (isGrouped || !m_readsExponents)) // they do not go together everywhere
                     return std::nullopt;
-                isInteger = !isEnd;
+                if (isInteger && isGrouped && digits != 3)
+                    return std::nullopt;
+                if (isExponent || unit == m_decimal)
+                    isInteger = false;
             }
-            else if ((unit == u'e' || unit == u'E') && !m_readsExponents)
-                return std::nullopt;
             ascii.push_back(unit == m_decimal ? '.' : unit.toLatin1());
         }
         if (isGrouped && isInteger && digits != 3)
@@ -157,20 +174,110 @@ private:
     bool m_readsGroups = false;
     bool m_readsExponents = false;
 };
+/// A number in a text, as the pattern matches it.
+struct FoundNumber
+{
+    QStringView value;
+    QStringView exponent;
+    QStringView unit;
+    qsizetype decimals = 0; ///< As many as are written.
+    qsizetype length = 0;   ///< With the unit.
+};
+
+bool IsDigit(QChar c) { return c >= u'0' && c <= u'9'; }
 } // namespace
 
-/// A pattern, compiled for one locale.
+/// A grammar for one locale.
 struct Details::NumberPatterns
 {
     /// @param other  another locale whose separators are read as well; null for none.
-    NumberPatterns(const QString& pattern, const QLocale& numberLocale, const QLocale* other)
+    NumberPatterns(const Grammar& numberGrammar, const QLocale& numberLocale, const QLocale* other)
         : locale(numberLocale),
           reader(numberLocale),
-          withThousands(Compile(Localize(pattern, numberLocale, other, true))),
-          withoutThousands(Compile(Localize(pattern, numberLocale, other, false)))
+          withThousands(Compile(Localize(numberGrammar.pattern, numberLocale, other, true))),
+          withoutThousands(Compile(Localize(numberGrammar.pattern, numberLocale, other, false))),
+          grammar(numberGrammar),
+          m_group(numberLocale.groupSeparator()),
+          m_decimal(numberLocale.decimalPoint())
     {}
 
-    [[nodiscard]] const QRegularExpression& Get(bool useThousands) const
+    /// What the pattern matches first. By ourselves: a QRegularExpressionMatch costs more than all the rest
+    /// of reading a number. The separators of all locales are one character each, and differ; there, a number
+    /// begins at the first digit, decimal separator, or sign before one of them, and nothing is to be tried
+    /// twice.
+    [[nodiscard]] std::optional<FoundNumber> Find(const QString& written, bool useThousands) const
+    {
+        if (m_group.size() != 1 || m_decimal.size() != 1 || m_group == m_decimal)
+            return _FindByPattern(written, useThousands);
+        const QStringView text = written;
+        const QChar decimal = grammar.hasDecimals ? m_decimal[0] : u'0';
+        const auto isSign = [](QChar c) { return c == u'+' || c == u'-'; };
+        qsizetype begin = 0;
+        for (;; ++begin)
+        {
+            if (begin >= text.size())
+                return std::nullopt;
+            const qsizetype first = begin + (isSign(text[begin]) ? 1 : 0);
+            if (first < text.size() && (IsDigit(text[first]) || text[first] == decimal))
+                break;
+        }
+        FoundNumber found;
+        qsizetype at = begin + (isSign(text[begin]) ? 1 : 0);
+        const auto skipDigits = [text](qsizetype from) {
+            while (from < text.size() && IsDigit(text[from]))
+                ++from;
+            return from;
+        };
+        const auto isAt = [text, &at](QChar c) { return at < text.size() && text[at] == c; };
+        at = skipDigits(at);
+        while (useThousands && isAt(m_group[0]))
+        {
+            const qsizetype end = skipDigits(at + 1);
+            if (end == at + 1 || (end - at - 1) % 3 != 0)
+                break;
+            at = end;
+        }
+        if (grammar.hasDecimals)
+        {
+            if (isAt(decimal))
+            {
+                const qsizetype end = skipDigits(at + 1);
+                found.decimals = end - at - 1;
+                at = end;
+            }
+            if (isAt(u'e') || isAt(u'E'))
+            {
+                const qsizetype exponentBegin = ++at;
+                if (at < text.size() && isSign(text[at]))
+                    ++at;
+                at = skipDigits(at);
+                found.exponent = text.sliced(exponentBegin, at - exponentBegin);
+            }
+        }
+        found.value = text.sliced(begin, at - begin);
+        const QStringView rest = text.sliced(at).sliced(isAt(u' ') ? 1 : 0);
+        for (const QString& symbol : grammar.symbols)
+            if (rest.startsWith(symbol))
+            {
+                found.unit = rest.first(symbol.size());
+                at = text.size() - rest.size() + symbol.size();
+                break;
+            }
+        found.length = at - begin;
+        return found;
+    }
+
+    [[nodiscard]] bool HasGroups(QStringView number) const
+    {
+        return !m_group.isEmpty() && number.contains(m_group);
+    }
+
+    [[nodiscard]] QString WithoutGroups(QString text) const
+    {
+        return m_group.isEmpty() ? text : text.remove(m_group);
+    }
+
+    [[nodiscard]] const QRegularExpression& GetExpression(bool useThousands) const
     {
         return useThousands ? withThousands : withoutThousands;
     }
@@ -179,6 +286,21 @@ struct Details::NumberPatterns
     const NumberReader reader;
     const QRegularExpression withThousands;
     const QRegularExpression withoutThousands;
+    const Grammar& grammar;
+
+private:
+    [[nodiscard]] std::optional<FoundNumber> _FindByPattern(const QString& text, bool useThousands) const
+    {
+        const QRegularExpressionMatch match = GetExpression(useThousands).match(text);
+        if (!match.hasMatch())
+            return std::nullopt;
+        return FoundNumber{
+            match.capturedView(u"val"), match.capturedView(u"exp"), match.capturedView(u"unit"),
+            match.capturedLength(u"dec1") + match.capturedLength(u"dec2"), match.capturedLength()};
+    }
+
+    const QString m_group;
+    const QString m_decimal;
 };
 
 namespace
@@ -187,54 +309,57 @@ using Details::NumberPatterns;
 
 struct PatternKey
 {
-    const QString* pattern;
+    const Grammar* grammar; // is read with another locale's separators always or never
     QLocale locale;
-    QString separators; ///< What the system's locale has for them may change.
+    QString separators; // what the system's locale has for them may change
 
     bool operator==(const PatternKey&) const = default;
     friend std::size_t qHash(const PatternKey& key, std::size_t seed) noexcept
     {
-        return qHashMulti(seed, key.pattern, key.locale, key.separators);
+        return qHashMulti(seed, key.grammar, key.locale, key.separators);
     }
 };
 
-/// Compiled once for each pattern, which lives for ever, and locale. Thread-safe.
-std::shared_ptr<const NumberPatterns> GetPatterns(const QString& pattern, const QLocale& locale,
+/// Made once for each grammar, which lives for ever, and locale. Thread-safe.
+std::shared_ptr<const NumberPatterns> GetPatterns(const Grammar& grammar, const QLocale& locale,
                                                   const QLocale* other = nullptr)
 {
     static QMutex mutex;
     static QHash<PatternKey, std::shared_ptr<const NumberPatterns>> cache;
-    const PatternKey key{&pattern, locale, locale.groupSeparator() + locale.decimalPoint()};
+    const PatternKey key{&grammar, locale, locale.groupSeparator() + locale.decimalPoint()};
     const QMutexLocker lock(&mutex);
     auto& patterns = cache[key];
     if (!patterns)
-        patterns = std::make_shared<NumberPatterns>(pattern, locale, other);
+        patterns = std::make_shared<NumberPatterns>(grammar, locale, other);
     return patterns;
 }
 
-std::optional<ExtractedNumberInfo> Extract(const QString& text, const NumberPatterns& patterns,
-                                           bool useThousands, bool flag)
+struct Reading
 {
-    const QRegularExpressionMatch match = patterns.Get(useThousands).match(text);
-    if (!match.hasMatch())
+    ExtractedNumberInfo info;
+    bool hasGroups = false;
+};
+
+std::optional<Reading> Extract(const QString& text, const NumberPatterns& patterns, bool useThousands,
+                               bool flag)
+{
+    const auto found = patterns.Find(text, useThousands);
+    if (!found)
         return std::nullopt;
-    const auto value = patterns.reader.Read(match.capturedView(Value));
+    const auto value = patterns.reader.Read(found->value);
     if (!value)
         return std::nullopt;
     ExtractedNumberInfo info;
     info.value = *value;
-    info.length = static_cast<int>(match.capturedLength());
-    info.whole = match.capturedLength() == text.size();
-    info.exponent = match.capturedView(Exponent).toInt();
+    info.length = static_cast<int>(found->length);
+    info.whole = found->length == text.size();
+    if (!found->exponent.isEmpty())
+        info.exponent = found->exponent.toInt();
     if (!flag || info.whole)
-    {
-        const auto written = match.capturedLength(FirstDecimals) + match.capturedLength(SecondDecimals);
         info.decimals = static_cast<int>(
-            std::clamp<qint64>(qint64{written} - info.exponent, 0, std::numeric_limits<int>::max()));
-    }
-    if (match.lastCapturedIndex() >= UnitSymbol)
-        info.text = match.captured(UnitSymbol);
-    return info;
+            std::clamp<qint64>(found->decimals - qint64{info.exponent}, 0, std::numeric_limits<int>::max()));
+    info.text = found->unit.toString();
+    return Reading{std::move(info), patterns.HasGroups(found->value)};
 }
 
 template <typename Integer>
@@ -254,7 +379,31 @@ std::optional<Integer> ToInteger(const std::optional<ExtractedNumberInfo>& info)
     return info ? ToInteger<Integer>(info->value) : std::nullopt;
 }
 
-bool IsBlankGroupSeparator() { return StringUtility::GetThousandSeparator(true).trimmed().isEmpty(); }
+/// What @p read reads of each item; items that have nothing to read are left out.
+template <typename T, typename Read>
+std::vector<T> ReadItems(const QStringList& items, const Read& read)
+{
+    std::vector<T> values;
+    for (const QString& item : items)
+        if (const auto value = read(item))
+            values.push_back(*value);
+    return values;
+}
+
+/// Writes what the extractor reads; empty where it reads nothing.
+auto MakeFormatter(const auto& extractor)
+{
+    return [&extractor](const QString& text, const NumberOptions& options) {
+        const auto value = extractor.FromString(text);
+        return value ? ToString(*value, options) : QString();
+    };
+}
+
+bool IsBlankGroupSeparator()
+{
+    const QString separator = StringUtility::GetThousandSeparator(true);
+    return !separator.isEmpty() && separator.trimmed().isEmpty();
+}
 
 const QRegularExpression& GetBlanksBetweenDigits()
 {
@@ -263,24 +412,13 @@ const QRegularExpression& GetBlanksBetweenDigits()
 }
 } // namespace
 
-NumberExtractorBase::NumberExtractorBase(EKind kind)
-    : m_locale(StringUtility::GetQSystemLocale()), m_listSeparator(StringUtility::SemiColon())
-{
-    const QString& pattern = [kind]() -> const QString& {
-        switch (kind)
-        {
-        case EKind::Integer: return IntExtractor::GetUnlocalizedRegexStr();
-        case EKind::Real: return DoubleExtractor::GetUnlocalizedRegexStr();
-        case EKind::Length: return LengthExtractor::GetUnlocalizedRegexStr();
-        case EKind::Area: return AreaExtractor::GetUnlocalizedRegexStr();
-        case EKind::Volume: return VolumeExtractor::GetUnlocalizedRegexStr();
-        case EKind::Angle: return AngleExtractor::GetUnlocalizedRegexStr();
-        default: return PercentExtractor::GetUnlocalizedRegexStr();
-        }
-    }();
-    m_system = GetPatterns(pattern, m_locale);
-    m_c = GetPatterns(pattern, QLocale::c());
-}
+NumberExtractorBase::NumberExtractorBase(const Details::NumberGrammar& grammar)
+    : m_locale(StringUtility::GetQSystemLocale()),
+      m_system(GetPatterns(grammar, m_locale)),
+      m_c(GetPatterns(grammar, QLocale::c())),
+      m_hasCSeparators(m_system->withThousands == m_c->withThousands),
+      m_listSeparator(StringUtility::SemiColon())
+{}
 
 NumberExtractorBase::NumberExtractorBase(const NumberExtractorBase&) = default;
 NumberExtractorBase& NumberExtractorBase::operator=(const NumberExtractorBase&) = default;
@@ -288,16 +426,25 @@ NumberExtractorBase::~NumberExtractorBase() = default;
 
 std::optional<ExtractedNumberInfo> NumberExtractorBase::ExtractNumber(const QString& text, bool flag) const
 {
-    auto system = Extract(text, *m_system, m_useThousands, flag);
-    if (system && system->whole)
-        return system;
-    const bool isSame = m_system->Get(m_useThousands) == m_c->Get(m_useThousands);
-    if (isSame && system)
-        return system; // the other would match the same
-    auto c = Extract(text, *m_c, m_useThousands, flag);
-    if (c && (c->whole || !system || c->length > system->length))
-        return c;
-    return system;
+    bool hasGroups = false;
+    return _Extract(text, flag, hasGroups);
+}
+
+std::optional<ExtractedNumberInfo> NumberExtractorBase::_Extract(const QString& text, bool flag,
+                                                                 bool& hasGroups) const
+{
+    auto best = Extract(text, *m_system, m_useThousands, flag);
+    // With the same separators, the other would match the same.
+    if (!best || (!best->info.whole && !m_hasCSeparators))
+    {
+        auto c = Extract(text, *m_c, m_useThousands, flag);
+        if (c && (c->info.whole || !best || c->info.length > best->info.length))
+            best = std::move(c);
+    }
+    if (!best)
+        return std::nullopt;
+    hasGroups = best->hasGroups;
+    return std::move(best->info);
 }
 
 QValidator::State NumberExtractorBase::_Validate(const QString& text, const Formatter& format,
@@ -305,22 +452,25 @@ QValidator::State NumberExtractorBase::_Validate(const QString& text, const Form
 {
     if (text.isEmpty())
         return QValidator::Intermediate;
-    const QRegularExpression& expression = patterns.Get(m_useThousands);
-    const QRegularExpressionMatch match = expression.match(text);
-    if (match.hasMatch() && match.capturedLength() == text.size())
+    const auto found = patterns.Find(text, m_useThousands);
+    if (found && found->length == text.size())
     {
         NumberOptions options;
         options.locale = patterns.locale;
         options.notation = ENotation::Fixed;
         options.decimals = std::clamp(GetNumberOfDecimals(text, options), 0, mostDecimals);
-        options.hasGroupSeparators = text.contains(patterns.locale.groupSeparator());
+        options.hasGroupSeparators = patterns.HasGroups(found->value);
         return format(text, options) == text ? QValidator::Acceptable : QValidator::Intermediate;
     }
-    QRegularExpressionMatchIterator matches =
-        expression.globalMatch(text, 0, QRegularExpression::PartialPreferFirstMatch);
-    if (!matches.hasNext())
-        return QValidator::Invalid;
-    return matches.next().capturedLength() == text.size() ? QValidator::Intermediate : QValidator::Invalid;
+    const QRegularExpressionMatch match =
+        patterns.GetExpression(m_useThousands).match(text, 0, QRegularExpression::PartialPreferFirstMatch);
+    if ((match.hasMatch() || match.hasPartialMatch()) && match.capturedLength() == text.size())
+        return QValidator::Intermediate;
+    // A digit that is deleted or typed among groups misplaces their separators for a while.
+    const QString plain = m_useThousands ? patterns.WithoutGroups(text) : text;
+    const auto plainNumber = plain.size() < text.size() ? patterns.Find(plain, false) : std::nullopt;
+    return plainNumber && plainNumber->length == plain.size() ? QValidator::Intermediate
+                                                              : QValidator::Invalid;
 }
 
 QValidator::State NumberExtractorBase::_Validate(const QString& text, const Formatter& format) const
@@ -331,45 +481,45 @@ QValidator::State NumberExtractorBase::_Validate(const QString& text, const Form
 
 QValidator::State NumberExtractorBase::_ValidateList(const QString& text, const Formatter& format) const
 {
-    const auto validate = [&](const NumberPatterns& patterns) {
+    const auto validate = [&, items = _Split(text)](const NumberPatterns& patterns) {
         QValidator::State worst = QValidator::Acceptable;
-        _ForEachItem(
-            text, [&](const QString& item) { worst = std::min(worst, _Validate(item, format, patterns)); });
+        for (const QString& item : items)
+            worst = std::min(worst, _Validate(item, format, patterns));
         return worst;
     };
     const QValidator::State state = validate(*m_system);
     return state == QValidator::Acceptable ? state : std::max(state, validate(*m_c));
 }
 
-void NumberExtractorBase::_FixupList(QString& text) const
+void NumberExtractorBase::FixupList(QString& text) const
 {
-    QStringList items;
-    _ForEachItem(text, [&](const QString& item) {
-        items += item;
-        Fixup(items.back());
-    });
+    QStringList items = _Split(text);
+    items.removeAll(QString());
+    for (QString& item : items)
+        Fixup(item);
     text = items.join(m_listSeparator);
 }
 
-void NumberExtractorBase::_ForEachItem(const QString& text,
-                                       const std::function<void(const QString&)>& read) const
+QStringList NumberExtractorBase::_Split(const QString& text) const
 {
-    for (const QStringView item : QStringView(text).split(m_listSeparator.trimmed()))
-        read(item.trimmed().toString());
+    const QString mark = m_listSeparator.trimmed();
+    QStringList items = text.split(mark.isEmpty() ? u";"_s : mark);
+    for (QString& item : items)
+        item = item.trimmed();
+    return items;
 }
 
 NumberOptions NumberExtractorBase::_GetFixupOptions(const QString& text) const
 {
-    const auto info = ExtractNumber(text, false);
     NumberOptions options;
+    const auto info = _Extract(text, false, options.hasGroupSeparators);
     options.locale = m_locale;
     options.notation = ENotation::Fixed;
     options.decimals = info ? std::min(info->decimals, mostDecimals) : 0;
-    options.hasGroupSeparators = m_useThousands && text.contains(m_locale.groupSeparator());
     return options;
 }
 
-IntExtractor::IntExtractor() : NumberExtractorBase(EKind::Integer) {}
+IntExtractor::IntExtractor() : NumberExtractorBase(GetIntegerGrammar()) {}
 
 std::optional<int> IntExtractor::FromString(const QString& text) const
 {
@@ -383,55 +533,17 @@ std::optional<qint64> IntExtractor::FromString64(const QString& text) const
 
 std::vector<int> IntExtractor::ListFromString(const QString& text) const
 {
-    std::vector<int> values;
-    _ForEachItem(text, [&](const QString& item) {
-        if (const auto value = FromString(item))
-            values.push_back(*value);
-    });
-    return values;
+    return ReadItems<int>(_Split(text), [this](const QString& item) { return FromString(item); });
 }
 
 std::vector<qint64> IntExtractor::ListFromString64(const QString& text) const
 {
-    std::vector<qint64> values;
-    _ForEachItem(text, [&](const QString& item) {
-        if (const auto value = FromString64(item))
-            values.push_back(*value);
-    });
-    return values;
+    return ReadItems<qint64>(_Split(text), [this](const QString& item) { return FromString64(item); });
 }
-
-namespace
-{
-auto MakeFormatter(const IntExtractor& extractor)
-{
-    return [&extractor](const QString& text, const NumberOptions& options) {
-        const auto value = extractor.FromString64(text);
-        return value ? ToString(*value, options) : QString();
-    };
-}
-
-auto MakeFormatter(const auto& extractor)
-{
-    return [&extractor](const QString& text, const NumberOptions& options) {
-        const auto value = extractor.FromString(text);
-        return value ? ToString(*value, options) : QString();
-    };
-}
-} // namespace
 
 QValidator::State IntExtractor::Validate(QString& text, int&) const
 {
     return _Validate(text, MakeFormatter(*this));
-}
-
-void IntExtractor::Fixup(QString& text) const
-{
-    text = text.trimmed();
-    NumberOptions options;
-    options.locale = GetLocale();
-    options.hasGroupSeparators = UsesThousands();
-    text = ToString(FromString64(text).value_or(0), options);
 }
 
 QValidator::State IntExtractor::ValidateList(QString& text, int&) const
@@ -439,11 +551,17 @@ QValidator::State IntExtractor::ValidateList(QString& text, int&) const
     return _ValidateList(text, MakeFormatter(*this));
 }
 
-void IntExtractor::FixupList(QString& text) const { _FixupList(text); }
+void IntExtractor::Fixup(QString& text) const
+{
+    NumberOptions options;
+    options.locale = GetLocale();
+    options.hasGroupSeparators = UsesThousands();
+    text = ToString(FromString64(text.trimmed()).value_or(0), options);
+}
 
-const QString& IntExtractor::GetUnlocalizedRegexStr() { return GetIntegerPattern(); }
+const QString& IntExtractor::GetUnlocalizedRegexStr() { return GetIntegerGrammar().pattern; }
 
-DoubleExtractor::DoubleExtractor() : NumberExtractorBase(EKind::Real) {}
+DoubleExtractor::DoubleExtractor() : NumberExtractorBase(GetRealGrammar()) {}
 
 std::optional<double> DoubleExtractor::FromString(const QString& text) const
 {
@@ -453,17 +571,17 @@ std::optional<double> DoubleExtractor::FromString(const QString& text) const
 
 std::vector<double> DoubleExtractor::ListFromString(const QString& text) const
 {
-    std::vector<double> values;
-    _ForEachItem(text, [&](const QString& item) {
-        if (const auto value = FromString(item))
-            values.push_back(*value);
-    });
-    return values;
+    return ReadItems<double>(_Split(text), [this](const QString& item) { return FromString(item); });
 }
 
 QValidator::State DoubleExtractor::Validate(QString& text, int&) const
 {
     return _Validate(text, MakeFormatter(*this));
+}
+
+QValidator::State DoubleExtractor::ValidateList(QString& text, int&) const
+{
+    return _ValidateList(text, MakeFormatter(*this));
 }
 
 void DoubleExtractor::Fixup(QString& text) const
@@ -472,27 +590,10 @@ void DoubleExtractor::Fixup(QString& text) const
     text = ToString(FromString(text).value_or(0.0), _GetFixupOptions(text));
 }
 
-QValidator::State DoubleExtractor::ValidateList(QString& text, int&) const
-{
-    return _ValidateList(text, MakeFormatter(*this));
-}
-
-void DoubleExtractor::FixupList(QString& text) const { _FixupList(text); }
-
-const QString& DoubleExtractor::GetUnlocalizedRegexStr() { return GetRealPattern(); }
-
-namespace
-{
-template <typename U>
-constexpr auto kindIndex = std::same_as<U, Unit::Length>   ? 2
-                           : std::same_as<U, Unit::Area>   ? 3
-                           : std::same_as<U, Unit::Volume> ? 4
-                           : std::same_as<U, Unit::Angle>  ? 5
-                                                           : 6;
-} // namespace
+const QString& DoubleExtractor::GetUnlocalizedRegexStr() { return GetRealGrammar().pattern; }
 
 template <Unit::AnyQuantity U>
-ValueWithUnitExtractor<U>::ValueWithUnitExtractor() : NumberExtractorBase(static_cast<EKind>(kindIndex<U>))
+ValueWithUnitExtractor<U>::ValueWithUnitExtractor() : NumberExtractorBase(GetQuantityGrammar<UnitType>())
 {}
 
 template <Unit::AnyQuantity U>
@@ -516,12 +617,7 @@ std::optional<U> ValueWithUnitExtractor<U>::FromString(const QString& text) cons
 template <Unit::AnyQuantity U>
 std::vector<U> ValueWithUnitExtractor<U>::ListFromString(const QString& text) const
 {
-    std::vector<U> values;
-    _ForEachItem(text, [&](const QString& item) {
-        if (const auto value = FromString(item))
-            values.push_back(*value);
-    });
-    return values;
+    return ReadItems<U>(_Split(text), [this](const QString& item) { return FromString(item); });
 }
 
 template <Unit::AnyQuantity U>
@@ -545,6 +641,12 @@ QValidator::State ValueWithUnitExtractor<U>::Validate(QString& text, int&) const
 }
 
 template <Unit::AnyQuantity U>
+QValidator::State ValueWithUnitExtractor<U>::ValidateList(QString& text, int&) const
+{
+    return _ValidateList(text, MakeFormatter(*this));
+}
+
+template <Unit::AnyQuantity U>
 void ValueWithUnitExtractor<U>::Fixup(QString& text) const
 {
     text = text.trimmed();
@@ -552,22 +654,9 @@ void ValueWithUnitExtractor<U>::Fixup(QString& text) const
 }
 
 template <Unit::AnyQuantity U>
-QValidator::State ValueWithUnitExtractor<U>::ValidateList(QString& text, int&) const
-{
-    return _ValidateList(text, MakeFormatter(*this));
-}
-
-template <Unit::AnyQuantity U>
-void ValueWithUnitExtractor<U>::FixupList(QString& text) const
-{
-    _FixupList(text);
-}
-
-template <Unit::AnyQuantity U>
 const QString& ValueWithUnitExtractor<U>::GetUnlocalizedRegexStr()
 {
-    static const QString pattern = MakeQuantityPattern<UnitType>();
-    return pattern;
+    return GetQuantityGrammar<UnitType>().pattern;
 }
 
 template class ValueWithUnitExtractor<Unit::Length>;
@@ -578,10 +667,10 @@ template class ValueWithUnitExtractor<Unit::Percent>;
 
 std::vector<DoubleWithPrefix> ExtractDoubleWithPrefixList(const QString& text)
 {
-    static const QString pattern = u"%1%2\\b"_s.arg(coordinatePrefix, GetRealPattern());
-    const QLocale c = QLocale::c();
-    const auto patterns = GetPatterns(pattern, StringUtility::GetQSystemLocale(), &c);
-    const NumberReader cReader(c);
+    static const Grammar grammar{u"%1%2\\b"_s.arg(coordinatePrefix, GetRealPattern()), true, {}};
+    static const QLocale c = QLocale::c();
+    static const NumberReader cReader(c);
+    const auto patterns = GetPatterns(grammar, StringUtility::GetQSystemLocale(), &c);
     std::vector<DoubleWithPrefix> numbers;
     for (const QRegularExpressionMatch& match : patterns->withThousands.globalMatch(text))
     {

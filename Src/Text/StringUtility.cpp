@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QRegularExpression>
 #include <algorithm>
+#include <limits>
+#include <string_view>
 #include <utility>
 
 namespace vek::StringUtility
@@ -11,43 +13,62 @@ namespace
 {
 std::optional<QLocale> g_locale; // set on the main thread
 
-bool IsDigit(QChar c) { return c >= u'0' && c <= u'9'; }
+bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 
 /// Takes the next run of digits, or of other characters, off @p text.
-QStringView TakeChunk(QStringView& text)
+std::u16string_view TakeChunk(std::u16string_view& text)
 {
     const bool isNumber = IsDigit(text[0]);
-    const auto* const end =
-        std::find_if(text.begin(), text.end(), [=](QChar c) { return IsDigit(c) != isNumber; });
-    const QStringView chunk = text.first(end - text.begin());
-    text = text.sliced(chunk.size());
+    std::size_t size = 1;
+    while (size < text.size() && IsDigit(text[size]) == isNumber)
+        ++size;
+    const std::u16string_view chunk = text.substr(0, size);
+    text.remove_prefix(size);
     return chunk;
 }
 
 /// 0 for what is beyond 64 bits.
-quint64 GetNumber(QStringView digits)
+quint64 GetNumber(std::u16string_view digits)
 {
     constexpr quint64 most = ~quint64(0);
+    const bool canOverflow = digits.size() > std::numeric_limits<quint64>::digits10;
     quint64 number = 0;
-    for (const QChar digit : digits)
+    for (const char16_t digit : digits)
     {
-        const auto next = static_cast<quint64>(digit.unicode() - u'0');
-        if (number > (most - next) / 10)
+        const auto next = static_cast<quint64>(digit - u'0');
+        if (canOverflow && number > (most - next) / 10)
             return 0;
         number = number * 10 + next;
     }
     return number;
 }
 
-int GetSign(auto difference) { return (difference > 0) - (difference < 0); }
-
-int CompareChunks(QStringView a, QStringView b, Qt::CaseSensitivity cs)
+/// Where comparing can begin, since nothing before it differs: at a run of digits, or within other text
+/// behind its first character.
+std::size_t GetChunkBegin(std::u16string_view a, std::u16string_view b)
 {
-    if (!IsDigit(a[0]) || !IsDigit(b[0]))
-        return GetSign(a.compare(b, cs));
-    const quint64 aNumber = GetNumber(a);
-    const quint64 bNumber = GetNumber(b);
-    return (aNumber > bNumber) - (aNumber < bNumber);
+    const std::size_t size = std::min(a.size(), b.size());
+    std::size_t begin = 0;
+    while (begin < size && a[begin] == b[begin])
+        ++begin;
+    const bool isNumber = begin < size && IsDigit(a[begin]) && IsDigit(b[begin]);
+    while (begin > 0 && IsDigit(a[begin - 1]))
+        --begin;
+    return begin > 0 && !isNumber ? begin - 1 : begin;
+}
+
+int GetOrder(auto a, auto b) { return (a > b) - (a < b); }
+
+int CompareChunks(std::u16string_view a, std::u16string_view b, Qt::CaseSensitivity cs)
+{
+    if (IsDigit(a[0]) && IsDigit(b[0]))
+        return GetOrder(GetNumber(a), GetNumber(b));
+    return GetOrder(QStringView(a).compare(QStringView(b), cs), 0);
+}
+
+std::u16string_view GetView(const QString& text)
+{
+    return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())};
 }
 
 QChar GetSeparatorFor(const QLocale& locale)
@@ -58,18 +79,21 @@ QChar GetSeparatorFor(const QLocale& locale)
 
 int NumberAwareCompare(const QString& a, const QString& b, Qt::CaseSensitivity cs)
 {
-    QStringView aRest = a;
-    QStringView bRest = b;
-    while (!aRest.isEmpty())
+    std::u16string_view aRest = GetView(a);
+    std::u16string_view bRest = GetView(b);
+    const std::size_t begin = GetChunkBegin(aRest, bRest);
+    aRest.remove_prefix(begin);
+    bRest.remove_prefix(begin);
+    while (!aRest.empty())
     {
-        if (bRest.isEmpty())
+        if (bRest.empty())
             return 1;
-        const QStringView aChunk = TakeChunk(aRest);
-        const QStringView bChunk = TakeChunk(bRest);
+        const std::u16string_view aChunk = TakeChunk(aRest);
+        const std::u16string_view bChunk = TakeChunk(bRest);
         if (const int result = CompareChunks(aChunk, bChunk, cs))
             return result;
     }
-    return bRest.isEmpty() ? 0 : -1;
+    return bRest.empty() ? 0 : -1;
 }
 
 QString GetQStringFromList(const QList<QString>& list, const QString& separator, int n)
@@ -86,17 +110,24 @@ QString GetQStringFromList(const QList<QString>& list, const QString& separator,
 
 QString CleanString(const QString& s)
 {
-    QString clean = s;
-    clean.replace(u' ', QStringLiteral("_"));
-    clean.replace(u'+', QStringLiteral("plus"));
-    clean.replace(u'-', QStringLiteral("minus"));
-    clean.replace(u'.', QStringLiteral("dot"));
+    QString clean;
+    clean.reserve(s.size());
+    for (const QChar c : s)
+        switch (c.unicode())
+        {
+        case u' ': clean += u'_'; break;
+        case u'+': clean += u"plus"; break;
+        case u'-': clean += u"minus"; break;
+        case u'.': clean += u"dot"; break;
+        default: clean += c;
+        }
     return clean;
 }
 
 QString ExtractRttiClassName(const QString& s)
 {
-    static const QRegularExpression others(QStringLiteral("(class |(\\w+::)+| )"));
+    // From the begin of a word only: what fails there fails within it, over and over.
+    static const QRegularExpression others(QStringLiteral("(class |\\b(\\w+::)+| )"));
     return QString(s).remove(others);
 }
 

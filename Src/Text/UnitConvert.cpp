@@ -1,5 +1,6 @@
 #include "VekAppCore/Text/UnitConvert.h"
 #include "VekAppCore/Data/VariantConverter.h"
+#include <algorithm>
 #include <cmath>
 
 namespace vek::Convert
@@ -54,7 +55,7 @@ Q ToLargestUnit(const Q& quantity, std::initializer_list<typename Q::UnitType> u
         if (isAllowed && std::abs(candidate.GetValue()) >= 1)
             best = candidate;
     }
-    return best;
+    return std::isfinite(best.GetValue()) ? best : quantity;
 }
 } // namespace
 
@@ -67,22 +68,20 @@ QString ToString(U unit)
 template <AnyUnit U>
 bool FromString(QStringView text, U& unit)
 {
-    for (U candidate = UnitTraits<U>::first; candidate != U::END; candidate = GetNext(candidate))
-        if (text == GetSymbol(GetRow(candidate)))
-        {
-            unit = candidate;
-            return true;
-        }
-    for (U candidate = UnitTraits<U>::first; candidate <= U::END; candidate = GetNext(candidate))
-    {
-        const std::string_view name = candidate == U::END ? "END" : GetRow(candidate).name;
-        if (text == QLatin1String(name.data(), static_cast<qsizetype>(name.size())))
-        {
-            unit = candidate;
-            return true;
-        }
-    }
-    return false;
+    const std::u16string_view symbol(text.utf16(), static_cast<std::size_t>(text.size()));
+    const auto& rows = UnitTraits<U>::table;
+    constexpr auto first = static_cast<std::size_t>(UnitTraits<U>::first);
+    const auto hasSymbol = [symbol](const UnitRow& row) { return row.symbol == symbol; };
+    const auto hasName = [text](const UnitRow& row) {
+        return text == QLatin1String(row.name.data(), static_cast<qsizetype>(row.name.size()));
+    };
+    auto row = std::find_if(rows.begin() + first, rows.end(), hasSymbol);
+    if (row == rows.end())
+        row = std::find_if(rows.begin() + first, rows.end(), hasName);
+    if (row == rows.end() && text != QLatin1String("END"))
+        return false;
+    unit = static_cast<U>(row - rows.begin()); // END stands behind the last row
+    return true;
 }
 
 template <AnyQuantity Q>

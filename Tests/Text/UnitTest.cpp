@@ -1,8 +1,10 @@
 #include "VekAppCore/Text/Unit.h"
 #include "Support/TestSupport.h"
 #include "VekAppCore/Data/VekQVariantMap.h"
+#include "VekAppCore/Text/Format.h"
 #include "VekAppCore/Text/UnitConvert.h"
 #include <QDataStream>
+#include <QDebug>
 #include <QIODevice>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -167,6 +169,10 @@ TEST(Quantity, StreamHoldsValueThenUnit)
     EXPECT_EQ(Write(Length(1, LengthUnit::Inch)).toHex(), "3ff0000000000000"
                                                           "00000009");
     EXPECT_EQ(Write(AngleUnit::Degree).toHex(), "00000003");
+    QDataStream units(QByteArray::fromHex("00000004"));
+    AngleUnit unit{};
+    units >> unit;
+    EXPECT_EQ(unit, AngleUnit::Gradian);
     ExpectRead(QByteArray::fromHex("3ff000000000000000000009"), Length(1, LengthUnit::Inch));
     const DefaultUnit inch(LengthUnit::Inch);
     ExpectRead(QByteArray::fromHex("3ff000000000000000000000"), Length(1, LengthUnit::Inch));
@@ -242,6 +248,10 @@ TEST(UnitText, QuantitiesComeBack)
     std::ostringstream log;
     log << Length(1, LengthUnit::Mil);
     EXPECT_EQ(log.str(), "1 mil");
+    QString debug;
+    QDebug(&debug).nospace() << Length(1, LengthUnit::Mil) << '|';
+    EXPECT_EQ(debug, "1 mil|");
+    EXPECT_EQ(fmt::format("{:>6}|", Length(1, LengthUnit::Mil)), " 1 mil|");
     Volume volume(0);
     EXPECT_TRUE(FromString(u" 1.5 US liquid gallon ", volume));
     EXPECT_EQ(volume.GetUnit(), VolumeUnit::GallonLiquidUS);

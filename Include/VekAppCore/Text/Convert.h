@@ -23,7 +23,7 @@ enum class ENotation
 {
     Shortest,   ///< As few digits as bring the value back; with an exponent where it is very large or small.
     Fixed,      ///< As many decimals as asked for.
-    Scientific, ///< One digit, as many decimals as asked for, and an exponent.
+    Scientific, ///< One digit, as many decimals as asked for, and an exponent, with "e" in every locale.
 };
 
 struct NumberOptions
@@ -31,6 +31,7 @@ struct NumberOptions
     QLocale locale = QLocale::c(); ///< Gives the separators.
     ENotation notation = ENotation::Shortest;
     int decimals = 6; ///< Of Fixed and Scientific, 0 to 100.
+    /// Between groups of three digits. Some locales have none after a single digit: 1234, 12 345, 1234 567.
     bool hasGroupSeparators = false;
 };
 

@@ -24,10 +24,14 @@ struct ExtractedNumberInfo
 
 namespace Details
 {
+struct NumberGrammar;
 struct NumberPatterns;
 } // namespace Details
 
 /// Reads numbers of one kind, and judges text as it is typed, as a QValidator does.
+///
+/// What the locale in force refuses is read as in the C locale, which may be something else: where no single
+/// digit stands before a group separator, as in Spanish, "1.234" is a little more than 1.
 class VEKAPPCORE_EXPORT NumberExtractorBase
 {
 public:
@@ -37,18 +41,20 @@ public:
     /// group separators or without; Intermediate is what reads as a number otherwise, or may become one.
     /// Neither argument is changed.
     [[nodiscard]] virtual QValidator::State Validate(QString& text, int& pos) const = 0;
-    /// Rewrites the text as the number that it holds, 0 when it holds none, with its decimals, at most 15.
+    /// Rewrites the text as the number that it holds, with its decimals, at most 15; as 0 when it holds none,
+    /// or one that does not fit.
     virtual void Fixup(QString& text) const = 0;
 
     /// The same for a list with "; " between its items, as the user's language writes it, with or without
-    /// the blanks: as good as its worst item.
+    /// the blanks: as good as its worst item, with all of them in one locale.
     [[nodiscard]] virtual QValidator::State ValidateList(QString& text, int& pos) const = 0;
-    virtual void FixupList(QString& text) const = 0;
+    /// Leaves out empty items.
+    virtual void FixupList(QString& text) const;
 
     /// @param flag  true leaves the decimals at 0 where the match is not the entire text.
     [[nodiscard]] std::optional<ExtractedNumberInfo> ExtractNumber(const QString& text, bool flag) const;
 
-    /// Group separators are read between groups of three digits; they are at first.
+    /// Whether group separators are read, between groups of three digits; they are at first.
     [[nodiscard]] bool UsesThousands() const noexcept { return m_useThousands; }
     void SetUseThousands(bool useThousands) noexcept { m_useThousands = useThousands; }
 
@@ -56,40 +62,31 @@ public:
     [[nodiscard]] const QLocale& GetLocale() const noexcept { return m_locale; }
 
 protected:
-    enum class EKind
-    {
-        Integer,
-        Real,
-        Length,
-        Area,
-        Volume,
-        Angle,
-        Percent,
-    };
-
-    explicit NumberExtractorBase(EKind kind);
+    explicit NumberExtractorBase(const Details::NumberGrammar& grammar);
     NumberExtractorBase(const NumberExtractorBase&);
     NumberExtractorBase& operator=(const NumberExtractorBase&);
 
-    /// How the parsed text is written in a locale again, to be compared; empty when it cannot be parsed.
+    /// Parses the text and writes it again, to be compared; empty when it cannot be parsed.
     using Formatter = std::function<QString(const QString& text, const NumberOptions& options)>;
     [[nodiscard]] QValidator::State _Validate(const QString& text, const Formatter& format) const;
     [[nodiscard]] QValidator::State _ValidateList(const QString& text, const Formatter& format) const;
-    void _FixupList(QString& text) const;
 
-    /// Calls @p read with each item, trimmed.
-    void _ForEachItem(const QString& text, const std::function<void(const QString&)>& read) const;
+    /// The items, trimmed.
+    [[nodiscard]] QStringList _Split(const QString& text) const;
 
-    /// Fixed notation in the user's locale, as Fixup writes it.
+    /// How Fixup writes what it reads.
     [[nodiscard]] NumberOptions _GetFixupOptions(const QString& text) const;
 
 private:
+    [[nodiscard]] std::optional<ExtractedNumberInfo> _Extract(const QString& text, bool flag,
+                                                              bool& hasGroups) const;
     [[nodiscard]] QValidator::State _Validate(const QString& text, const Formatter& format,
                                               const Details::NumberPatterns& patterns) const;
 
     QLocale m_locale;
     std::shared_ptr<const Details::NumberPatterns> m_system;
     std::shared_ptr<const Details::NumberPatterns> m_c;
+    bool m_hasCSeparators; ///< Both patterns match the same.
     bool m_useThousands = true;
     QString m_listSeparator;
 };
@@ -110,7 +107,6 @@ public:
     [[nodiscard]] QValidator::State Validate(QString& text, int& pos) const override;
     void Fixup(QString& text) const override;
     [[nodiscard]] QValidator::State ValidateList(QString& text, int& pos) const override;
-    void FixupList(QString& text) const override;
 
     /// The pattern before it is localised: %thousand and %decimal stand for the separators.
     [[nodiscard]] static const QString& GetUnlocalizedRegexStr();
@@ -129,7 +125,6 @@ public:
     [[nodiscard]] QValidator::State Validate(QString& text, int& pos) const override;
     void Fixup(QString& text) const override;
     [[nodiscard]] QValidator::State ValidateList(QString& text, int& pos) const override;
-    void FixupList(QString& text) const override;
 
     /// As that of IntExtractor.
     [[nodiscard]] static const QString& GetUnlocalizedRegexStr();
@@ -161,7 +156,6 @@ public:
     [[nodiscard]] QValidator::State Validate(QString& text, int& pos) const override;
     void Fixup(QString& text) const override;
     [[nodiscard]] QValidator::State ValidateList(QString& text, int& pos) const override;
-    void FixupList(QString& text) const override;
 
     /// As that of IntExtractor.
     [[nodiscard]] static const QString& GetUnlocalizedRegexStr();
@@ -184,7 +178,8 @@ struct DoubleWithPrefix
     bool operator==(const DoubleWithPrefix&) const = default;
 };
 
-/// All numbers of a text such as "X=1.5 y: 2 3", in their order.
+/// The numbers of a text such as "X=1.5 y: 2 3", in their order, with the separators of either locale; what
+/// is no number in any of them, such as "1.2.3", is left out.
 [[nodiscard]] VEKAPPCORE_EXPORT std::vector<DoubleWithPrefix>
 ExtractDoubleWithPrefixList(const QString& text);
 

@@ -294,7 +294,8 @@ template <>
 
 /// A magnitude and its unit, which is always a real one: where another would enter, the default of its kind
 /// replaces it. Quantities of one kind are compared and added across units; a sum has the unit of its first
-/// summand. They are compared in the base unit, where neighbours may coincide: 1 in equals 25.4 mm.
+/// summand. They are compared in the base unit, where neighbours may coincide: 1 in equals 25.4 mm, also in
+/// trees, for which a change of unit alone is none.
 template <typename Derived, AnyUnit U>
 class Quantity
 {
@@ -446,7 +447,7 @@ public:
     using Quantity::Quantity;
     constexpr Angle(const Radian& radian) : Quantity(radian.value, AngleUnit::Radian) {}
     constexpr Angle& operator=(const Radian& radian) { return *this = Angle(radian); }
-    constexpr operator Radian() const { return {GetValueIn(AngleUnit::Radian)}; }
+    operator Radian() const { return {GetValueIn(AngleUnit::Radian)}; }
 };
 
 class VEKAPPCORE_EXPORT Percent : public Quantity<Percent, PercentUnit>

@@ -22,8 +22,8 @@ template <Unit::AnyQuantity Q>
 [[nodiscard]] VEKAPPCORE_EXPORT bool FromString(QStringView text, Q& quantity,
                                                 const NumberOptions& options = {});
 
-/// In the unit of the same family, metric or imperial, that suits its magnitude: 0.05 m becomes 50 mm. A
-/// zero or negative length stays as it is.
+/// In the unit of the same family, metric or imperial, that suits its magnitude: 0.05 m becomes 50 mm, and
+/// less than 100 cm always millimetres. What is zero, negative or would come below 0.00001 stays as it is.
 /// @param allowLarger  it may become a larger unit, too: 150 m become 0.15 km.
 [[nodiscard]] VEKAPPCORE_EXPORT Unit::Length ToBestDisplay(const Unit::Length& length,
                                                            bool allowLarger = true);
