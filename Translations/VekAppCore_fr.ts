@@ -74,6 +74,21 @@
     </message>
 </context>
 <context>
+    <name>NumberLineEdit</name>
+    <message>
+        <source>&quot;%1&quot; is not a number.</source>
+        <translation>« %1 » n’est pas un nombre.</translation>
+    </message>
+    <message>
+        <source>A number from %1 to %2 is expected.</source>
+        <translation>Un nombre de %1 à %2 est attendu.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a number with one of the units %2.</source>
+        <translation>« %1 » n’est pas un nombre avec une des unités %2.</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>ERROR ! an exception has interrupted the treatment.</source>

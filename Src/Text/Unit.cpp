@@ -6,12 +6,19 @@
 #include <limits>
 #include <numbers>
 #include <ostream>
+#include <utility>
 
 namespace vek::Unit
 {
 namespace
 {
 LengthUnit g_defaultUnit = GetAbsoluteDefaultLengthUnit(); // set on the main thread
+
+Signal<void()>& GetDefaultUnitChanged()
+{
+    static Signal<void()> changed;
+    return changed;
+}
 
 // Qt finds a type by its name in a stream once it has been registered.
 const bool isRegistered = [] {
@@ -30,7 +37,17 @@ const bool isRegistered = [] {
 } // namespace
 
 LengthUnit GetDefaultLengthUnit() { return g_defaultUnit; }
-void SetDefaultUnit(LengthUnit unit) { g_defaultUnit = unit; }
+
+void SetDefaultUnit(LengthUnit unit)
+{
+    if (std::exchange(g_defaultUnit, unit) != unit)
+        GetDefaultUnitChanged().Emit();
+}
+
+Connection OnDefaultUnitChanged(std::function<void()> callback)
+{
+    return GetDefaultUnitChanged().Connect(std::move(callback));
+}
 
 template <>
 double GetValueIn(double value, AngleUnit from, AngleUnit to)

@@ -185,17 +185,15 @@ VEK_INSTANTIATE(Percent)
 
 namespace vek::App
 {
-namespace
-{
 template <typename T>
-QVariant Keep(const T& value, EVariantStoreFormat format)
+QVariant UnitVariantConverter<T>::ToVariant(const T& value, EVariantStoreFormat format)
 {
     return format == EVariantStoreFormat::Typed ? QVariant::fromValue(value)
                                                 : QVariant(Convert::ToString(value));
 }
 
 template <typename T>
-std::optional<T> Read(const QVariant& variant)
+std::optional<T> UnitVariantConverter<T>::FromVariant(const QVariant& variant)
 {
     T value{};
     if (variant.metaType() == QMetaType::fromType<T>())
@@ -204,32 +202,9 @@ std::optional<T> Read(const QVariant& variant)
         return std::nullopt;
     return value;
 }
-} // namespace
-
-template <Unit::AnyQuantity Q>
-QVariant VariantConverter<Q>::ToVariant(const Q& quantity, EVariantStoreFormat format)
-{
-    return Keep(quantity, format);
-}
-template <Unit::AnyQuantity Q>
-std::optional<Q> VariantConverter<Q>::FromVariant(const QVariant& variant)
-{
-    return Read<Q>(variant);
-}
-
-template <Unit::AnyUnit U>
-QVariant UnitVariantConverter<U>::ToVariant(U unit, EVariantStoreFormat format)
-{
-    return Keep(unit, format);
-}
-template <Unit::AnyUnit U>
-std::optional<U> UnitVariantConverter<U>::FromVariant(const QVariant& variant)
-{
-    return Read<U>(variant);
-}
 
 #define VEK_INSTANTIATE(Q)                                                                                   \
-    template struct VariantConverter<Unit::Q>;                                                               \
+    template struct UnitVariantConverter<Unit::Q>;                                                           \
     template struct UnitVariantConverter<Unit::Q::UnitType>;
 VEK_INSTANTIATE(Length)
 VEK_INSTANTIATE(Area)

@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Export.h"
+#include "VekBase/Signal.h"
 #include <array>
 #include <compare>
 #include <concepts>
@@ -184,6 +185,9 @@ inline constexpr std::array<UnitRow, 2> percentUnits{{
 /// Main thread only. Values that are already built keep their units.
 /// @param unit  not checked.
 VEKAPPCORE_EXPORT void SetDefaultUnit(LengthUnit unit);
+/// Calls @p callback after every change of the default length unit, while the connection is kept. Main thread
+/// only.
+[[nodiscard]] VEKAPPCORE_EXPORT Connection OnDefaultUnitChanged(std::function<void()> callback);
 [[nodiscard]] constexpr LengthUnit GetAbsoluteDefaultLengthUnit() { return LengthUnit::Meter; }
 
 namespace Details
@@ -525,21 +529,16 @@ enum class EVariantStoreFormat : std::int32_t;
 template <typename T>
 struct VariantConverter;
 
-/// Quantities are readable as text with the unit.
-template <Unit::AnyQuantity Q>
-struct VEKAPPCORE_EXPORT VariantConverter<Q>
-{
-    [[nodiscard]] static QVariant ToVariant(const Q& quantity, EVariantStoreFormat format);
-    [[nodiscard]] static std::optional<Q> FromVariant(const QVariant& variant);
-};
-
-/// Units are readable as their symbols.
-template <Unit::AnyUnit U>
+/// Quantities are readable as text with the unit, units as their symbols.
+template <typename T>
 struct VEKAPPCORE_EXPORT UnitVariantConverter
 {
-    [[nodiscard]] static QVariant ToVariant(U unit, EVariantStoreFormat format);
-    [[nodiscard]] static std::optional<U> FromVariant(const QVariant& variant);
+    [[nodiscard]] static QVariant ToVariant(const T& value, EVariantStoreFormat format);
+    [[nodiscard]] static std::optional<T> FromVariant(const QVariant& variant);
 };
+template <Unit::AnyQuantity Q>
+struct VariantConverter<Q> : UnitVariantConverter<Q>
+{};
 template <>
 struct VariantConverter<Unit::LengthUnit> : UnitVariantConverter<Unit::LengthUnit>
 {};
