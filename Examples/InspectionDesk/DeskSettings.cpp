@@ -27,7 +27,11 @@ void ForEachSetting(const auto& visit)
 /// A file of settings may have been edited by hand.
 bool IsUsable(const auto&) { return true; }
 bool IsUsable(const QColor& colour) { return colour.isValid(); }
-bool IsUsable(double tolerance) { return tolerance >= 0.0 && tolerance <= DeskSettings::largestTolerance; }
+bool IsUsable(const ShownUnit& unit) { return !unit || Unit::IsReal(*unit); }
+bool IsUsable(const Unit::Length& tolerance)
+{
+    return tolerance.GetValue() >= 0.0 && tolerance <= DeskSettings::largestTolerance;
+}
 } // namespace
 
 void DeskSettings::AddRecentFile(const QString& file)

@@ -1,5 +1,5 @@
 #pragma once
-#include "InspectionDesk/LengthUnit.h"
+#include "InspectionDesk/LengthText.h"
 #include <QColor>
 #include <QStringList>
 
@@ -13,12 +13,13 @@ namespace vek::Desk
 /// What the user has chosen; at first, what the desk does on its own.
 struct DeskSettings
 {
-    static constexpr double largestTolerance = 1000.0;
+    static constexpr Unit::Length largestTolerance{1000.0, Unit::LengthUnit::Millimeter};
 
-    LengthUnit unit = lengthUnits[0];
+    ShownUnit unit;
     QColor above{0xb2, 0x18, 0x2b}; ///< The colours at both ends of the scale.
     QColor below{0x21, 0x66, 0xac};
-    double tolerance = 0.0;  ///< In millimetres, where the scale ends; 0 where the largest deviation is.
+    /// Where the scale ends; 0 for the largest deviation.
+    Unit::Length tolerance{0.0, Unit::LengthUnit::Millimeter};
     QStringList recentFiles; ///< Absolute, the newest first, at most 8.
     bool restoresWindow = true;
     QByteArray geometry; ///< Of the window when it was closed; see QWidget::saveGeometry.

@@ -149,12 +149,15 @@ void DeskWindow::_Launch(const QString& title, Work work, Then then, FailureCall
 void DeskWindow::Inspect(const QString& file, FailureCallback onFailure)
 {
     // The services stay: the application waits for its workers before it destroys them.
-    const auto work = [file, &reader = App::Services().Require<IPointCloudReader>(),
+    const auto work = [file, unit = m_fileUnit, &reader = App::Services().Require<IPointCloudReader>(),
                        &fitter = App::Services().Require<IPlaneFitter>()](auto& progression) {
         if (IsDocument(file))
             return ReadDocument(file, progression);
         const QString name = QFileInfo(file).fileName();
-        const PointCloud points = reader.Read(file, progression);
+        PointCloud points = reader.Read(file, progression);
+        for (Eigen::Vector3d& point : points)
+            for (double& coordinate : point)
+                coordinate = Unit::GetValueIn(coordinate, unit, Unit::LengthUnit::Millimeter);
         progression.SetTitle(TrString::NoTranslate(u"Fitting %1"_s.arg(name)));
         return InspectionDocument{name, std::make_shared<const Inspection>(fitter.Fit(points, progression))};
     };

@@ -25,6 +25,9 @@ public:
     /// Takes the settings of the user, and keeps them as they change from now on.
     void UseSettings();
 
+    /// Of the points in files that are inspected from now on; millimetres unless set.
+    void SetFileUnit(Unit::LengthUnit unit) { m_fileUnit = unit; }
+
     /// Starts to inspect a file, or to open a document.
     /// @param onFailure  called where that fails; a message box unless given.
     void Inspect(const QString& file, FailureCallback onFailure = {});
@@ -72,8 +75,9 @@ private:
     Threading::TaskExecutor& m_executor;
     DeskSettings m_settings;
     std::optional<DeskSettingsStore> m_store; ///< Empty where settings are neither read nor kept.
-    QTabWidget* const m_tabs;                 ///< Of DeviationViews, named by their files.
-    QLabel* const m_figures;                  ///< Of the current tab.
+    Unit::LengthUnit m_fileUnit = Unit::LengthUnit::Millimeter;
+    QTabWidget* const m_tabs; ///< Of DeviationViews, named by their files.
+    QLabel* const m_figures;  ///< Of the current tab.
     App::LogPanel* const m_log;
     QAction* m_save = nullptr;
     QMenu* m_recentFiles = nullptr;

@@ -46,8 +46,8 @@ void DeviationView::Show(std::shared_ptr<const Inspection> inspection)
 
 double DeviationView::_GetLimit() const
 {
-    if (m_settings.tolerance > 0.0)
-        return m_settings.tolerance;
+    if (m_settings.tolerance.GetValue() > 0.0)
+        return m_settings.tolerance.GetValueIn(Unit::LengthUnit::Millimeter);
     return std::max(
         {m_inspection->highest.z(), -m_inspection->lowest.z(), std::numeric_limits<double>::min()});
 }
@@ -94,16 +94,19 @@ void DeviationView::paintEvent(QPaintEvent*)
 
     constexpr int steps = 8;
     const QRectF bar(width() - 100.0, margins.top(), 20.0, height() - margins.top() - margins.bottom());
-    painter.drawText(QPointF(bar.left(), bar.top() - 20.0), u"Deviation [%1]"_s.arg(m_settings.unit.symbol));
+    const Unit::LengthUnit unit = ChooseUnit(_GetLimit(), m_settings.unit);
+    painter.drawText(QPointF(bar.left(), bar.top() - 20.0), u"Deviation [%1]"_s.arg(Convert::ToString(unit)));
     painter.drawImage(bar, MakePalette(m_settings));
-    const double limit = _GetLimit() / m_settings.unit.millimetres;
+    const double limit = Unit::GetValueIn(_GetLimit(), Unit::LengthUnit::Millimeter, unit);
+    Convert::NumberOptions options = GetLengthOptions(unit);
+    options.decimals = std::max(0, options.decimals - 1);
     for (int i = 0; i <= steps; ++i)
     {
         const double y = bar.bottom() - bar.height() * i / steps;
         painter.drawLine(QLineF(bar.right(), y, bar.right() + 5.0, y));
-        painter.drawText(
-            QRectF(bar.right() + 9.0, y - 9.0, 70.0, 18.0), Qt::AlignVCenter,
-            QString::asprintf("%+.*f", m_settings.unit.decimals - 1, limit * (2.0 * i / steps - 1.0)));
+        const double value = limit * (2.0 * i / steps - 1.0);
+        painter.drawText(QRectF(bar.right() + 9.0, y - 9.0, 70.0, 18.0), Qt::AlignVCenter,
+                         (value < 0 ? QString() : u"+"_s) + Convert::ToString(value, options));
     }
 }
 } // namespace vek::Desk

@@ -1,6 +1,6 @@
 #pragma once
 #include "InspectionDesk/IPointCloudReader.h"
-#include "InspectionDesk/LengthUnit.h"
+#include "InspectionDesk/LengthText.h"
 #include <utility>
 
 namespace vek::Desk
@@ -19,8 +19,7 @@ struct Inspection
     void Measure();
 
     /// Names and values for people.
-    [[nodiscard]] std::vector<std::pair<QString, QString>>
-    GetFigures(const LengthUnit& unit = lengthUnits[0]) const;
+    [[nodiscard]] std::vector<std::pair<QString, QString>> GetFigures(const ShownUnit& unit = {}) const;
 };
 
 /// Fits planes. Any thread, once the application has started.

@@ -35,7 +35,7 @@ App::VekQVariant ToTree(const InspectionDocument& document)
     App::VekQVariantMap map;
     map.SetType(DocumentType());
     map.SetValue(u"Title"_s, document.title);
-    map.SetValue(u"Unit"_s, lengthUnits[0]);
+    map.SetValue(u"Unit"_s, Convert::ToString(Unit::LengthUnit::Millimeter));
     map.SetValue(u"Centre"_s, ToList(inspection.centre));
     map.SetValue(u"Normal"_s, ToList(inspection.normal));
     map.SetValue(u"Points"_s, // not a copy: the inspection outlives the tree
@@ -75,7 +75,7 @@ InspectionDocument FromTree(const App::VekQVariant& tree)
         return std::move(*value);
     };
     const auto title = get(u"Title"_s, QString());
-    const auto unit = get(u"Unit"_s, lengthUnits[0]);
+    const auto unit = get(u"Unit"_s, Unit::LengthUnit::Millimeter);
     const auto centre = get(u"Centre"_s, std::vector<double>());
     const auto normal = get(u"Normal"_s, std::vector<double>());
     const auto bytes = get(u"Points"_s, QByteArray());
@@ -83,12 +83,15 @@ InspectionDocument FromTree(const App::VekQVariant& tree)
     if (centre.size() != 3 || normal.size() != 3 || bytes.isEmpty() || bytes.size() % pointSize != 0)
         FailReading(u"the document has values of a wrong size"_s);
 
+    if (!Unit::IsReal(unit))
+        FailReading(u"the document has no valid value \"Unit\""_s);
+    const double millimetres = Unit::GetValueIn(1.0, unit, Unit::LengthUnit::Millimeter);
     Inspection inspection{};
-    inspection.centre = Eigen::Vector3d(centre.data()) * unit.millimetres;
+    inspection.centre = Eigen::Vector3d(centre.data()) * millimetres;
     inspection.normal = Eigen::Vector3d(normal.data());
     inspection.flat.resize(3, bytes.size() / pointSize);
     std::memcpy(inspection.flat.data(), bytes.data(), static_cast<std::size_t>(bytes.size()));
-    inspection.flat *= unit.millimetres;
+    inspection.flat *= millimetres;
     inspection.Measure();
     const Eigen::Vector3d extent = inspection.highest - inspection.lowest;
     // None of these points is drawn where one has no place: NaN, or so far that squares overflow, or a line.

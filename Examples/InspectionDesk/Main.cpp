@@ -75,7 +75,7 @@ int RunUnattended(App::ApplicationFrame& frame, DeskWindow& window, const QComma
         for (const auto& [name, value] : window.FindInspection(file)->GetFigures())
             report += name.leftJustified(20) + value + u'\n';
     }
-    std::fputs(qPrintable(report), stdout);
+    std::fputs(report.toUtf8().constData(), stdout);
     if (arguments.isSet(u"report"_s))
         WriteFile(arguments.value(u"report"_s), report.toUtf8());
     if (arguments.isSet(u"screenshot"_s))
@@ -103,7 +103,14 @@ int Run(App::ApplicationFrame& frame, const QCommandLineParser& arguments)
         throw Exception::AppException(
             TrString::translate("InspectionDesk", "Expected a file to inspect; see --help"));
 
+    auto unit = Unit::LengthUnit::Millimeter;
+    const QString unitText = arguments.value(u"unit"_s);
+    if (!unitText.isEmpty() && (!Convert::FromString(unitText, unit) || !Unit::IsReal(unit)))
+        throw Exception::AppException(
+            TrString::translate("InspectionDesk", "%1 is no unit of length").Arg(unitText));
+
     DeskWindow window(frame.GetTaskExecutor());
+    window.SetFileUnit(unit);
     frame.SetMainWidget(&window);
     if (isUnattended)
         return RunUnattended(frame, window, arguments);
@@ -131,6 +138,7 @@ int main(int argc, char** argv)
     arguments.addOptions(
         {{u"report"_s, u"Write the figures to <file> and exit."_s, u"file"_s},
          {u"screenshot"_s, u"Write a picture of the window (PNG) to <file> and exit."_s, u"file"_s},
+         {u"unit"_s, u"Read points in <unit>, such as in or cm; in mm unless given."_s, u"unit"_s},
          {u"startup"_s, u"List what the program and its plug-ins declare."_s},
          {u"NoSettings"_s, u"Neither read nor change the user's settings."_s}});
     arguments.addHelpOption();

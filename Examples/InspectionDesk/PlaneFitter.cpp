@@ -70,12 +70,15 @@ void Inspection::Measure()
     standardDeviation = flat.row(2).norm() / std::sqrt(static_cast<double>(flat.cols()));
 }
 
-std::vector<std::pair<QString, QString>> Inspection::GetFigures(const LengthUnit& unit) const
+std::vector<std::pair<QString, QString>> Inspection::GetFigures(const ShownUnit& unit) const
 {
-    return {{u"Points"_s, QLocale(QLocale::English).toString(flat.cols())},
-            {u"Flatness"_s, unit.ToText(highest.z() - lowest.z())},
-            {u"Standard deviation"_s, unit.ToText(standardDeviation)},
-            {u"Highest deviation"_s, unit.ToText(highest.z())},
-            {u"Lowest deviation"_s, unit.ToText(lowest.z())}};
+    Convert::NumberOptions options;
+    options.locale = StringUtility::GetQSystemLocale();
+    options.hasGroupSeparators = true;
+    return {{u"Points"_s, Convert::ToString(qint64{flat.cols()}, options)},
+            {u"Flatness"_s, ToText(highest.z() - lowest.z(), unit)},
+            {u"Standard deviation"_s, ToText(standardDeviation, unit)},
+            {u"Highest deviation"_s, ToText(highest.z(), unit)},
+            {u"Lowest deviation"_s, ToText(lowest.z(), unit)}};
 }
 } // namespace vek::Desk

@@ -8,27 +8,32 @@ namespace vek::Desk
 {
 using namespace Qt::StringLiterals;
 
+namespace
+{
+constexpr int firstUnit = static_cast<int>(Unit::UnitTraits<Unit::LengthUnit>::first);
+} // namespace
+
 SettingsDialog::SettingsDialog(const DeskSettings& settings, QWidget* parent)
     : QDialog(parent),
       m_above(settings.above),
       m_below(settings.below),
       m_unit(new QComboBox),
-      m_tolerance(new QDoubleSpinBox),
+      m_tolerance(new LengthLineEdit),
       m_aboveButton(new QPushButton),
       m_belowButton(new QPushButton),
       m_restoresWindow(new QCheckBox(u"Open where it was closed"_s)),
       m_forgetsFiles(new QCheckBox(u"Forget the list (%1)"_s.arg(settings.recentFiles.size())))
 {
     setWindowTitle(u"Settings"_s);
-    for (const LengthUnit& unit : lengthUnits)
-        m_unit->addItem(unit.name.toString());
-    m_unit->setCurrentText(settings.unit.name.toString());
-    m_tolerance->setDecimals(4);
-    m_tolerance->setMaximum(DeskSettings::largestTolerance);
-    m_tolerance->setSingleStep(0.01);
-    m_tolerance->setSuffix(u" mm"_s);
-    m_tolerance->setSpecialValueText(u"The largest deviation"_s);
-    m_tolerance->setValue(settings.tolerance);
+    m_unit->addItem(u"The one that suits"_s);
+    for (int unit = firstUnit; unit < static_cast<int>(Unit::LengthUnit::END); ++unit)
+        m_unit->addItem(Convert::ToString(static_cast<Unit::LengthUnit>(unit)));
+    if (settings.unit)
+        m_unit->setCurrentText(Convert::ToString(*settings.unit));
+    m_tolerance->SetUnit(settings.tolerance.GetUnit());
+    m_tolerance->SetRange(Unit::Length(0.0, Unit::LengthUnit::Millimeter), DeskSettings::largestTolerance);
+    m_tolerance->SetValue(settings.tolerance);
+    m_tolerance->setToolTip(u"A length with its unit; 0 for the largest deviation"_s);
     m_restoresWindow->setChecked(settings.restoresWindow);
     m_forgetsFiles->setEnabled(!settings.recentFiles.isEmpty());
     connect(m_aboveButton, &QPushButton::clicked, this,
@@ -40,6 +45,9 @@ SettingsDialog::SettingsDialog(const DeskSettings& settings, QWidget* parent)
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(m_tolerance, &QLineEdit::textChanged, this, App::SafeCallable([this, buttons] {
+                buttons->button(QDialogButtonBox::Ok)->setEnabled(!m_tolerance->IsImpossible());
+            }));
     auto* const form = new QFormLayout(this);
     form->addRow(u"&Unit of figures"_s, m_unit);
     form->addRow(u"Colours &end at"_s, m_tolerance);
@@ -52,8 +60,10 @@ SettingsDialog::SettingsDialog(const DeskSettings& settings, QWidget* parent)
 
 void SettingsDialog::ApplyTo(DeskSettings& settings) const
 {
-    settings.unit = lengthUnits[m_unit->currentIndex()];
-    settings.tolerance = m_tolerance->value();
+    settings.unit.reset();
+    if (m_unit->currentIndex() > 0)
+        settings.unit = static_cast<Unit::LengthUnit>(firstUnit + m_unit->currentIndex() - 1);
+    settings.tolerance = m_tolerance->GetValue();
     settings.above = m_above;
     settings.below = m_below;
     settings.restoresWindow = m_restoresWindow->isChecked();

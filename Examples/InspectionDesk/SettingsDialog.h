@@ -1,9 +1,9 @@
 #pragma once
 #include "InspectionDesk/DeskSettings.h"
+#include "VekAppCore/Text/QuantityLineEdit.h"
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
-#include <QDoubleSpinBox>
 #include <QPushButton>
 
 namespace vek::Desk
@@ -24,7 +24,7 @@ private:
     QColor m_above;
     QColor m_below;
     QComboBox* const m_unit;
-    QDoubleSpinBox* const m_tolerance;
+    LengthLineEdit* const m_tolerance;
     QPushButton* const m_aboveButton;
     QPushButton* const m_belowButton;
     QCheckBox* const m_restoresWindow;

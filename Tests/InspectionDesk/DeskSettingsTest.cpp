@@ -36,23 +36,25 @@ TEST_F(DeskSettingsTest, UsersValueGoesBeforeTheMachinesAndThatBeforeOurs)
         const char* fault;
         QByteArray user, machine;
         const char* expected; ///< Unit, tolerance, colour above, number of files.
-    } rows[] = {{"no value of our own", "", "", "mm 0 #b2182b 0"},
-                {"machine not asked", "", "Unit=in\n[Deviation]\nTolerance=0.5\n", "in 0.5 #b2182b 0"},
-                {"machine before user", "Unit=mm\n", "Unit=in\n", "mm 0 #b2182b 0"},
-                {"unknown unit taken", "Unit=yard\n", "Unit=in\n", "in 0 #b2182b 0"},
-                {"scale turned around", "[Deviation]\nTolerance=-1\n", "", "mm 0 #b2182b 0"},
-                {"scale without end", "[Deviation]\nTolerance=inf\n", "", "mm 0 #b2182b 0"},
-                {"colour that is none", "[Deviation]\nColourAbove=\n", "", "mm 0 #b2182b 0"},
-                {"colour not as text", "[Deviation]\nColourAbove=#102030\n", "", "mm 0 #102030 0"},
-                {"one file is no list", "RecentFiles=/a b.xyz\n", "", "mm 0 #b2182b 1"}};
+    } rows[] = {{"no value of our own", "", "", "- 0 mm #b2182b 0"},
+                {"machine not asked", "", "Unit=in\n[Deviation]\nTolerance=0.5 cm\n", "in 0.5 cm #b2182b 0"},
+                {"machine before user", "Unit=mm\n", "Unit=in\n", "mm 0 mm #b2182b 0"},
+                {"unit that suits not the user's", "Unit=@Invalid()\n", "Unit=in\n", "- 0 mm #b2182b 0"},
+                {"unknown unit taken", "Unit=yard\n", "Unit=in\n", "in 0 mm #b2182b 0"},
+                {"unit that is none taken", "Unit=END\n", "Unit=in\n", "in 0 mm #b2182b 0"},
+                {"scale turned around", "[Deviation]\nTolerance=-1 mm\n", "", "- 0 mm #b2182b 0"},
+                {"scale without end", "[Deviation]\nTolerance=inf mm\n", "", "- 0 mm #b2182b 0"},
+                {"colour that is none", "[Deviation]\nColourAbove=\n", "", "- 0 mm #b2182b 0"},
+                {"colour not as text", "[Deviation]\nColourAbove=#102030\n", "", "- 0 mm #102030 0"},
+                {"one file is no list", "RecentFiles=/a b.xyz\n", "", "- 0 mm #b2182b 1"}};
     for (const auto& [fault, user, machine, expected] : rows)
     {
         Write(userFile, user);
         Write(machineFile, machine);
         const DeskSettings settings = DeskSettingsStore().Get();
         EXPECT_EQ(QStringLiteral("%1 %2 %3 %4")
-                      .arg(settings.unit.symbol)
-                      .arg(settings.tolerance)
+                      .arg(settings.unit ? Convert::ToString(*settings.unit) : "-")
+                      .arg(Convert::ToString(settings.tolerance))
                       .arg(settings.above.name())
                       .arg(settings.recentFiles.size()),
                   expected)
@@ -65,7 +67,7 @@ TEST_F(DeskSettingsTest, OnlyWhatTheUserChangesIsKept)
     Write(machineFile, "Unit=in\n");
     DeskSettingsStore store;
     DeskSettings settings = store.Get();
-    settings.tolerance = 0.1;
+    settings.tolerance = Unit::Length(0.1, Unit::LengthUnit::Inch);
     settings.above = Qt::green;
     settings.below = Qt::yellow;
     settings.restoresWindow = false;
@@ -78,7 +80,7 @@ TEST_F(DeskSettingsTest, OnlyWhatTheUserChangesIsKept)
     EXPECT_EQ(DeskSettingsStore().Get(), settings);
 
     Write(machineFile, "Unit=mm\n");
-    settings.unit = lengthUnits[0];
+    settings.unit = Unit::LengthUnit::Millimeter;
     EXPECT_EQ(DeskSettingsStore().Get(), settings) << "the machine's unit has become the user's";
 }
 
@@ -101,7 +103,8 @@ TEST_F(DeskSettingsTest, UserIsToldOnceOfAStoreThatDoesNotWork)
         TestSupport::NotificationRecorder recorder;
         DeskSettingsStore store;
         DeskSettings settings = store.Get();
-        settings.tolerance = 0.25;
+        settings.tolerance *= 2;
+        settings.restoresWindow = false;
         store.Write(settings);
         ASSERT_EQ(recorder.messages.size(), 1U) << text;
         EXPECT_THAT(recorder.messages[0].text.ToString().toStdString(), testing::StartsWith(text));
@@ -131,7 +134,13 @@ TEST_F(DeskSettingsTest, WindowKeepsThemOnlyWhereItIsToldTo)
 
 TEST_F(DeskSettingsTest, DialogLeavesAloneWhatItDoesNotShow)
 {
-    const DeskSettings before{lengthUnits[1], Qt::green, Qt::yellow, 0.125, {"/a"}, false, "x"};
+    const DeskSettings before{Unit::LengthUnit::Inch,
+                              Qt::green,
+                              Qt::yellow,
+                              Unit::Length(0.125, Unit::LengthUnit::Mil),
+                              {"/a"},
+                              false,
+                              "x"};
     DeskSettings now = before;
     now.recentFiles = QStringList{"/b", "/a"}; // opened while the dialog was shown
     DeskSettings applied = now;
@@ -146,7 +155,8 @@ TEST_F(DeskSettingsTest, ToleranceEndsTheScaleOfColours)
     const std::pair<double, bool> rows[] = {{0.0, true}, {0.05, true}, {0.15, false}};
     for (const auto& [tolerance, isAtTheEnd] : rows)
     {
-        DeviationView view({lengthUnits[0], Qt::green, Qt::yellow, tolerance, {}, false, {}});
+        const Unit::Length end(tolerance, Unit::LengthUnit::Millimeter);
+        DeviationView view({{}, Qt::green, Qt::yellow, end, {}, false, {}});
         view.resize(600, 400);
         view.Show(inspection);
         const QImage image = view.grab().toImage();

@@ -61,6 +61,12 @@ TEST_F(InspectionDocumentTest, IsReadAndWrittenAsItIsMeantToBe)
     EXPECT_EQ(document.inspection->normal, Eigen::Vector3d(0, 0, 1));
     EXPECT_EQ(document.inspection->flat.col(1), Eigen::Vector3d(1, -1, -0.25));
     EXPECT_EQ(document.inspection->GetFigures()[1].second, "0.5000 mm");
+    EXPECT_EQ(document.inspection->GetFigures(Unit::LengthUnit::Inch)[1].second, "0.019685 in");
+    {
+        const ScopeBase french = StringUtility::ChangeQSystemLocale(QLocale("fr_FR"));
+        EXPECT_EQ(document.inspection->GetFigures(Unit::LengthUnit::Micrometer)[1].second,
+                  QStringLiteral(u"500,0 \u00b5m"));
+    }
     EXPECT_EQ(document.inspection->GetFigures()[2].second, "0.2500 mm");
 
     WriteDocument(m_folder.GetPath() + "/b.vekdoc", document, m_progress);
@@ -95,7 +101,8 @@ TEST_F(InspectionDocumentTest, BrokenOrForeignFileIsRefused)
     } rows[] = {
         {"{type}", "InspectionDesk.Other", "this is no document of an inspection"},
         {"Title", 1.5, "the document has no valid value \"Title\""},
-        {"Unit", "yd", "the document has no valid value \"Unit\""},
+        {"Unit", "parsec", "the document has no valid value \"Unit\""},
+        {"Unit", "END", "the document has no valid value \"Unit\""},
         {"Centre", QVariantList{0.0, 0.0}, "the document has values of a wrong size"},
         {"Normal", QVariantList{0.0, 0.0, "up"}, "the document has no valid value \"Normal\""},
         {"Normal", QVariantList{0.0, 0.0, 0.0}, "the document has points that do not span a plane"},

@@ -37,7 +37,7 @@ TEST_F(ProgramTest, WritesReportAndScreenshotOfTheSample)
     EXPECT_EQ(m_output, "File                Plate.xyz\n" // made with other means than ours
                         "Points              23,712\n"
                         "Flatness            0.2868 mm\n"
-                        "Standard deviation  0.0558 mm\n"
+                        "Standard deviation  55.8 \xc2\xb5m\n"
                         "Highest deviation   0.1154 mm\n"
                         "Lowest deviation    -0.1714 mm\n");
     QFile report(m_folder.GetPath() + "/r.txt");
@@ -48,6 +48,13 @@ TEST_F(ProgramTest, WritesReportAndScreenshotOfTheSample)
     // Left of the step the plate lies below the plane, right of it above: bluish, then reddish.
     EXPECT_GT(image.pixelColor(595, 320).blue(), image.pixelColor(595, 320).red() + 40);
     EXPECT_GT(image.pixelColor(640, 320).red(), image.pixelColor(640, 320).blue() + 40);
+}
+
+TEST_F(ProgramTest, FileMayHaveAnyUnit)
+{
+    Write("plate.xyz", "0 0 1\n4 0 -1\n4 2 1\n0 2 -1\n");
+    EXPECT_EQ(Run("plate.xyz --unit in"), 0) << m_errors;
+    EXPECT_THAT(m_output, testing::HasSubstr("Flatness            50.8000 mm\n"));
 }
 
 TEST_F(ProgramTest, DocumentIsOpenedLikeAnyOtherFile)
@@ -110,6 +117,7 @@ TEST_F(ProgramTest, FailureIsOneLineAndTheExitCode)
     const std::pair<const char*, const char*> rows[] = {
         {"--NoSettings", "Expected a file"}, // nobody is there to open one
         {"good.xyz bad.xyz good.xyz", "bad.xyz: line 2: expected three numbers"},
+        {"good.xyz --unit parsec", "parsec is no unit of length"},
         {"none.xyz", "none.xyz: there is no such file"},
         {"./", "./: there is no such file"},
         {"bad.xyz --report r.txt", "bad.xyz: line 2: expected three numbers"},
