@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QRegularExpression>
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <limits>
 #include <string_view>
 #include <utility>
@@ -27,31 +29,53 @@ std::u16string_view TakeChunk(std::u16string_view& text)
     return chunk;
 }
 
-/// 0 for what is beyond 64 bits.
-quint64 GetNumber(std::u16string_view digits)
+/// Takes the next run of digits off @p text; 0 for what is beyond 64 bits.
+quint64 TakeNumber(std::u16string_view& text)
 {
     constexpr quint64 most = ~quint64(0);
-    const bool canOverflow = digits.size() > std::numeric_limits<quint64>::digits10;
+    constexpr std::size_t fitting = std::numeric_limits<quint64>::digits10;
     quint64 number = 0;
-    for (const char16_t digit : digits)
+    bool isTooLong = false;
+    std::size_t size = 0;
+    for (; size < text.size() && IsDigit(text[size]); ++size)
     {
-        const auto next = static_cast<quint64>(digit - u'0');
-        if (canOverflow && number > (most - next) / 10)
-            return 0;
-        number = number * 10 + next;
+        const auto digit = static_cast<quint64>(text[size] - u'0');
+        isTooLong = isTooLong || (size >= fitting && number > (most - digit) / 10);
+        number = number * 10 + digit;
     }
-    return number;
+    text.remove_prefix(size);
+    return isTooLong ? 0 : number;
+}
+
+/// Names begin alike: four units at a time, as long as they are there.
+std::size_t GetCommonSize(std::u16string_view a, std::u16string_view b)
+{
+    const std::size_t size = std::min(a.size(), b.size());
+    std::size_t common = 0;
+    for (; common + 4 <= size; common += 4)
+    {
+        std::uint64_t aFour;
+        std::uint64_t bFour;
+        std::memcpy(&aFour, &a[common], sizeof aFour);
+        std::memcpy(&bFour, &b[common], sizeof bFour);
+        if (const std::uint64_t difference = aFour ^ bFour)
+        {
+            const int bit = std::endian::native == std::endian::little ? std::countr_zero(difference)
+                                                                       : std::countl_zero(difference);
+            return common + static_cast<std::size_t>(bit / 16);
+        }
+    }
+    while (common < size && a[common] == b[common])
+        ++common;
+    return common;
 }
 
 /// Where comparing can begin, since nothing before it differs: at a run of digits, or within other text
 /// behind its first character.
 std::size_t GetChunkBegin(std::u16string_view a, std::u16string_view b)
 {
-    const std::size_t size = std::min(a.size(), b.size());
-    std::size_t begin = 0;
-    while (begin < size && a[begin] == b[begin])
-        ++begin;
-    const bool isNumber = begin < size && IsDigit(a[begin]) && IsDigit(b[begin]);
+    std::size_t begin = GetCommonSize(a, b);
+    const bool isNumber = begin < std::min(a.size(), b.size()) && IsDigit(a[begin]) && IsDigit(b[begin]);
     while (begin > 0 && IsDigit(a[begin - 1]))
         --begin;
     return begin > 0 && !isNumber ? begin - 1 : begin;
@@ -59,16 +83,21 @@ std::size_t GetChunkBegin(std::u16string_view a, std::u16string_view b)
 
 int GetOrder(auto a, auto b) { return (a > b) - (a < b); }
 
-int CompareChunks(std::u16string_view a, std::u16string_view b, Qt::CaseSensitivity cs)
+/// Takes the next chunk off both.
+int CompareChunks(std::u16string_view& a, std::u16string_view& b, Qt::CaseSensitivity cs)
 {
     if (IsDigit(a[0]) && IsDigit(b[0]))
-        return GetOrder(GetNumber(a), GetNumber(b));
-    return GetOrder(QStringView(a).compare(QStringView(b), cs), 0);
+    {
+        const quint64 aNumber = TakeNumber(a);
+        return GetOrder(aNumber, TakeNumber(b));
+    }
+    const std::u16string_view aText = TakeChunk(a);
+    return GetOrder(QStringView(aText).compare(QStringView(TakeChunk(b)), cs), 0);
 }
 
 std::u16string_view GetView(const QString& text)
 {
-    return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())};
+    return {reinterpret_cast<const char16_t*>(text.constData()), static_cast<std::size_t>(text.size())};
 }
 
 QChar GetSeparatorFor(const QLocale& locale)
@@ -88,9 +117,7 @@ int NumberAwareCompare(const QString& a, const QString& b, Qt::CaseSensitivity c
     {
         if (bRest.empty())
             return 1;
-        const std::u16string_view aChunk = TakeChunk(aRest);
-        const std::u16string_view bChunk = TakeChunk(bRest);
-        if (const int result = CompareChunks(aChunk, bChunk, cs))
+        if (const int result = CompareChunks(aRest, bRest, cs))
             return result;
     }
     return bRest.empty() ? 0 : -1;
