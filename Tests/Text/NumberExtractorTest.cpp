@@ -435,6 +435,7 @@ TEST(NumberText, LengthOfTheTextCostsNoMoreThanItself)
     }
     EXPECT_EQ(ExtractDoubleWithPrefixList("x" + QString(size, u' ') + "12.5"),
               (std::vector<DoubleWithPrefix>{{"x", 12.5}}));
+    EXPECT_TRUE(ExtractDoubleWithPrefixList("x" + QString(size / 10, u' ') + "y").empty());
     EXPECT_FALSE(numbers.FromString(QString(size, u'1'))); // greater than all doubles
     QString blanks(size, u' ');
     SanitizeListOfValues(blanks);

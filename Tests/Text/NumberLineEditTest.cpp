@@ -157,6 +157,7 @@ TEST_F(Fields, DefaultUnitAndLanguageAreFollowed)
     Unit::SetDefaultUnit(Millimeter);
     const ScopeBase french = StringUtility::ChangeQSystemLocale(QLocale("fr_FR"));
     App::InstallTranslations(QLocale(QLocale::French));
+    const ScopeBase withoutFrench(&App::RemoveTranslations);
     QCoreApplication::processEvents();
     EXPECT_EQ(length.text(), "1234,5 mm");
     Type(length, "1 234,75"); // with the blank of the keyboard

@@ -35,7 +35,7 @@ INSTANTIATE_TEST_SUITE_P(
                     CompareCase{"walk ends at equal numbers", "a01b", "a1c", -1},
                     CompareCase{"number against text as number", "1", "a", -1},
                     CompareCase{"2^64 - 1 overflows", "18446744073709551614", "18446744073709551615", -1},
-                    CompareCase{"2^64 wraps or saturates", "18446744073709551616", "0", 0},
+                    CompareCase{"2^64 wraps or saturates", "18446744073709551617", "0", 0},
                     CompareCase{"other digits are numbers", QStringLiteral(u"\u0662"),
                                 QStringLiteral(u"\u0661\u0660"), 1},
                     CompareCase{"empty text unequal to itself", "", "", 0}));

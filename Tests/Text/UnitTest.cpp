@@ -48,7 +48,8 @@ TEST(UnitTable, SquaresAndCubesFitTheLengths)
 TEST(UnitTable, ConversionKeepsTheOrderOfOperations)
 {
     EXPECT_EQ(Length(1, LengthUnit::Inch).GetValueIn(LengthUnit::Millimeter), 1 * 0.0254 / 0.001);
-    EXPECT_EQ(Length(0.1, LengthUnit::Millimeter).GetValueIn(LengthUnit::Millimeter), 0.1); // not by way of m
+    EXPECT_EQ(Length(15.7, LengthUnit::Millimeter).GetValueIn(LengthUnit::Millimeter),
+              15.7); // not by way of m
     EXPECT_EQ(Volume(3, VolumeUnit::GallonLiquidUS).GetValueIn(VolumeUnit::Liter),
               3 * 0.003785411784 / 0.001);
     EXPECT_EQ(GetValuesIn(std::vector{Length(1, LengthUnit::Meter), Length(2, LengthUnit::Kilometer)},
