@@ -8,11 +8,6 @@ namespace vek::Desk
 {
 using namespace Qt::StringLiterals;
 
-namespace
-{
-constexpr int firstUnit = static_cast<int>(Unit::UnitTraits<Unit::LengthUnit>::first);
-} // namespace
-
 SettingsDialog::SettingsDialog(const DeskSettings& settings, QWidget* parent)
     : QDialog(parent),
       m_above(settings.above),
@@ -25,9 +20,9 @@ SettingsDialog::SettingsDialog(const DeskSettings& settings, QWidget* parent)
       m_forgetsFiles(new QCheckBox(u"Forget the list (%1)"_s.arg(settings.recentFiles.size())))
 {
     setWindowTitle(u"Settings"_s);
-    m_unit->addItem(u"The one that suits"_s);
-    for (int unit = firstUnit; unit < static_cast<int>(Unit::LengthUnit::END); ++unit)
-        m_unit->addItem(Convert::ToString(static_cast<Unit::LengthUnit>(unit)));
+    m_unit->addItem(u"The one that suits"_s, QVariant::fromValue(ShownUnit()));
+    for (const Unit::LengthUnit unit : Unit::GetUnits<Unit::LengthUnit>())
+        m_unit->addItem(Convert::ToString(unit), QVariant::fromValue(ShownUnit(unit)));
     if (settings.unit)
         m_unit->setCurrentText(Convert::ToString(*settings.unit));
     m_tolerance->SetUnit(settings.tolerance.GetUnit());
@@ -60,9 +55,7 @@ SettingsDialog::SettingsDialog(const DeskSettings& settings, QWidget* parent)
 
 void SettingsDialog::ApplyTo(DeskSettings& settings) const
 {
-    settings.unit.reset();
-    if (m_unit->currentIndex() > 0)
-        settings.unit = static_cast<Unit::LengthUnit>(firstUnit + m_unit->currentIndex() - 1);
+    settings.unit = m_unit->currentData().value<ShownUnit>();
     settings.tolerance = m_tolerance->GetValue();
     settings.above = m_above;
     settings.below = m_below;

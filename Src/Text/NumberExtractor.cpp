@@ -65,9 +65,8 @@ const Grammar& GetQuantityGrammar()
 {
     static const Grammar grammar = [] {
         QStringList symbols;
-        for (auto unit = static_cast<int>(Unit::UnitTraits<U>::first); unit < static_cast<int>(U::END);
-             ++unit)
-            symbols += ToString(static_cast<U>(unit));
+        for (const U unit : Unit::GetUnits<U>())
+            symbols += ToString(unit);
         std::ranges::stable_sort(symbols, std::greater(), &QString::size);
         const QString unitPattern = u"(?<unit>%1)"_s.arg(symbols.join(u'|'));
         return Grammar{u"%1(?: ?%2)?"_s.arg(GetRealPattern(), unitPattern), true, symbols};

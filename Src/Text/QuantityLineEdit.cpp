@@ -69,9 +69,8 @@ QString QuantityLineEdit<U>::_Explain(const Convert::NumberExtractorBase& extrac
     if (extractor.Validate(judged, pos) == QValidator::Invalid)
     {
         QStringList symbols;
-        constexpr auto first = static_cast<int>(Unit::UnitTraits<UnitType>::first);
-        for (int unit = first; unit < static_cast<int>(UnitType::END); ++unit)
-            symbols += Convert::ToString(static_cast<UnitType>(unit));
+        for (const UnitType unit : Unit::GetUnits<UnitType>())
+            symbols += Convert::ToString(unit);
         return QCoreApplication::translate("NumberLineEdit",
                                            "\"%1\" is not a number with one of the units %2.")
             .arg(text, symbols.join(QStringLiteral(", ")));

@@ -14,12 +14,6 @@ QStringView GetSymbol(const UnitRow& row)
     return {row.symbol.data(), static_cast<qsizetype>(row.symbol.size())};
 }
 
-template <AnyUnit U>
-U GetNext(U unit)
-{
-    return static_cast<U>(static_cast<int>(unit) + 1);
-}
-
 bool HasBlank(QStringView symbol) { return symbol != u"\u00b0" && symbol != u"'" && symbol != u"\""; }
 
 /// The unit that the text ends with, the longest where several do; its symbol is cut off.
@@ -27,7 +21,7 @@ template <AnyUnit U>
 bool TakeUnit(QStringView& text, U& unit)
 {
     qsizetype longest = 0;
-    for (U candidate = UnitTraits<U>::first; candidate != U::END; candidate = GetNext(candidate))
+    for (const U candidate : GetUnits<U>())
     {
         const QStringView symbol = GetSymbol(GetRow(candidate));
         if (symbol.size() <= longest || !text.endsWith(symbol))

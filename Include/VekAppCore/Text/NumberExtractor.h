@@ -2,6 +2,7 @@
 #include "VekAppCore/Text/StringUtility.h"
 #include "VekAppCore/Text/UnitConvert.h"
 #include <QValidator>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>

@@ -276,6 +276,17 @@ template <AnyUnit U>
     return unit >= UnitTraits<U>::first && unit < U::END;
 }
 
+/// The real ones, in their order.
+template <AnyUnit U>
+[[nodiscard]] constexpr auto GetUnits()
+{
+    constexpr auto first = static_cast<std::size_t>(UnitTraits<U>::first);
+    std::array<U, UnitTraits<U>::table.size() - first> units{};
+    for (std::size_t i = 0; i < units.size(); ++i)
+        units[i] = static_cast<U>(first + i);
+    return units;
+}
+
 /// That of the row of the absolute default for what is no real unit.
 template <AnyUnit U>
 [[nodiscard]] constexpr const UnitRow& GetRow(U unit)
