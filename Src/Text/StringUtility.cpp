@@ -1,9 +1,10 @@
 #include "VekAppCore/Text/StringUtility.h"
 #include "Platform/Platform.h"
-#include "VekAppCore/Text/CommonSize.h"
 #include <QCoreApplication>
 #include <QRegularExpression>
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <limits>
 #include <string_view>
 #include <utility>
@@ -44,6 +45,29 @@ quint64 TakeNumber(std::u16string_view& text)
     }
     text.remove_prefix(size);
     return isTooLong ? 0 : number;
+}
+
+/// Names begin alike: four units at a time, as long as they are there.
+std::size_t GetCommonSize(std::u16string_view a, std::u16string_view b)
+{
+    const std::size_t size = std::min(a.size(), b.size());
+    std::size_t common = 0;
+    for (; common + 4 <= size; common += 4)
+    {
+        std::uint64_t aFour;
+        std::uint64_t bFour;
+        std::memcpy(&aFour, &a[common], sizeof aFour);
+        std::memcpy(&bFour, &b[common], sizeof bFour);
+        if (const std::uint64_t difference = aFour ^ bFour)
+        {
+            const int bit = std::endian::native == std::endian::little ? std::countr_zero(difference)
+                                                                       : std::countl_zero(difference);
+            return common + static_cast<std::size_t>(bit / 16);
+        }
+    }
+    while (common < size && a[common] == b[common])
+        ++common;
+    return common;
 }
 
 /// Where comparing can begin, since nothing before it differs: at a run of digits, or within other text

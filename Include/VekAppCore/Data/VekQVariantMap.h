@@ -1,8 +1,10 @@
 #pragma once
 #include "VekAppCore/Data/IVariantMap.h"
-#include "VekAppCore/Text/CommonSize.h"
 #include "VekBase/Memory.h"
 #include <QSharedData>
+#include <algorithm>
+#include <bit>
+#include <cstring>
 #include <map>
 #include <vector>
 
@@ -16,11 +18,26 @@ struct KeyLess
     using is_transparent = void;
     bool operator()(QStringView a, QStringView b) const noexcept
     {
-        const std::u16string_view aText(a.utf16(), static_cast<std::size_t>(a.size()));
-        const std::u16string_view bText(b.utf16(), static_cast<std::size_t>(b.size()));
-        const std::size_t common = StringUtility::GetCommonSize(aText, bText);
-        if (common < aText.size() && common < bText.size())
-            return aText[common] < bText[common];
+        // Keys are short and begin alike: four units at a time, where they fit.
+        const char16_t* aUnits = a.utf16();
+        const char16_t* bUnits = b.utf16();
+        const char16_t* const end = aUnits + std::min(a.size(), b.size());
+        for (; end - aUnits >= 4; aUnits += 4, bUnits += 4)
+        {
+            std::uint64_t aFour;
+            std::uint64_t bFour;
+            std::memcpy(&aFour, aUnits, sizeof aFour);
+            std::memcpy(&bFour, bUnits, sizeof bFour);
+            if (const std::uint64_t difference = aFour ^ bFour)
+            {
+                const int bit = std::endian::native == std::endian::little ? std::countr_zero(difference)
+                                                                           : std::countl_zero(difference);
+                return aUnits[bit / 16] < bUnits[bit / 16];
+            }
+        }
+        for (; aUnits != end; ++aUnits, ++bUnits)
+            if (*aUnits != *bUnits)
+                return *aUnits < *bUnits;
         return a.size() < b.size();
     }
 };
