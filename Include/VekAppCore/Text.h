@@ -6,5 +6,6 @@
 #include "VekAppCore/Text/QuantityLineEdit.h"
 #include "VekAppCore/Text/StringUtility.h"
 #include "VekAppCore/Text/TrString.h"
+#include "VekAppCore/Text/Triplet.h"
 #include "VekAppCore/Text/Unit.h"
 #include "VekAppCore/Text/UnitConvert.h"

@@ -5,3 +5,4 @@
 #include "VekAppCore/Settings.h"
 #include "VekAppCore/Text.h"
 #include "VekAppCore/Threading.h"
+#include "VekAppCore/Xml.h"

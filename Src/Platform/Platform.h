@@ -1,6 +1,7 @@
 #pragma once
 #include <QString>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -33,4 +34,8 @@ QString GetPublicFolder();
 
 /// What separates the items of a list in the user's regional settings; empty where the system does not tell.
 QString GetListSeparator();
+
+/// Opens a file to be written anew, with the line ends of the platform; null where that fails. The caller
+/// closes it.
+std::FILE* OpenForWriting(const QString& path);
 } // namespace vek::Platform

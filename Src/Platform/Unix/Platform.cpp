@@ -1,4 +1,5 @@
 #include "Platform/Platform.h"
+#include <QFile>
 #include <QStandardPaths>
 #include <algorithm>
 #include <cfenv>
@@ -62,4 +63,9 @@ void RestoreFloatingPointTraps(unsigned traps)
 QString GetPublicFolder() { return QStandardPaths::writableLocation(QStandardPaths::PublicShareLocation); }
 
 QString GetListSeparator() { return {}; }
+
+std::FILE* OpenForWriting(const QString& path)
+{
+    return std::fopen(QFile::encodeName(path).constData(), "w");
+}
 } // namespace vek::Platform

@@ -83,4 +83,6 @@ QString GetListSeparator()
                     static_cast<int>(separator.size()));
     return QString::fromWCharArray(separator.data());
 }
+
+std::FILE* OpenForWriting(const QString& path) { return _wfopen(path.toStdWString().c_str(), L"w"); }
 } // namespace vek::Platform

@@ -1,0 +1,9 @@
+#pragma once
+#include "VekAppCore/Xml/AsciiStringView.h"
+#include "VekAppCore/Xml/IXmlValidatorService.h"
+#include "VekAppCore/Xml/XmlDescription.h"
+#include "VekAppCore/Xml/XmlDeserializer.h"
+#include "VekAppCore/Xml/XmlDetails.h"
+#include "VekAppCore/Xml/XmlDocument.h"
+#include "VekAppCore/Xml/XmlException.h"
+#include "VekAppCore/Xml/XmlSerializer.h"

@@ -1,0 +1,45 @@
+#include "VekAppCore/App/RegisterService.h"
+#include "VekAppCore/Xml/IXmlValidatorService.h"
+#include <map>
+
+namespace vek
+{
+namespace
+{
+class XmlValidatorService final : public IXmlValidatorService
+{
+public:
+    void OnNotify() override { App::DeclarationSystem::GetInstance().RunNew<IXmlValidatorService>(*this); }
+
+    void Declare(XmlDescription description) override
+    {
+        const std::string name = description.GetName();
+        m_descriptions.insert_or_assign(name, std::move(description));
+    }
+
+    std::vector<XmlFinding> Validate(const XmlDocument& document,
+                                     const AsciiStringView& rootName) const override
+    {
+        const auto found = m_descriptions.find(rootName.GetText());
+        if (found == m_descriptions.end())
+            throw Exception::KeyNotFoundException(
+                QStringLiteral("Key not found: %1").arg(rootName.ToString()));
+        try
+        {
+            return found->second.Check(document.Deserialize(rootName));
+        }
+        catch (const XmlException& exception) // without a root
+        {
+            return {{exception.GetPlace().line, exception.GetMessage().ToString()}};
+        }
+    }
+
+private:
+    std::map<std::string, XmlDescription> m_descriptions; ///< By the names of their roots.
+};
+
+VEK_DECLARE_SERVICE(IXmlValidatorService, XmlValidatorService);
+} // namespace
+
+IXmlValidatorService::~IXmlValidatorService() = default;
+} // namespace vek

@@ -1,0 +1,27 @@
+#pragma once
+#include <QByteArray>
+#include <clocale>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace vek::TestSupport
+{
+/// The process has decimal commas for its lifetime, as Qt gives it to users in most of the world.
+class CommaLocale
+{
+public:
+    CommaLocale() : m_before(std::setlocale(LC_NUMERIC, nullptr))
+    {
+#ifdef VEK_TEST_LOCALES
+        qputenv("LOCPATH", VEK_TEST_LOCALES);
+#endif
+        EXPECT_TRUE(std::setlocale(LC_NUMERIC, "de_DE.UTF-8"));
+    }
+    ~CommaLocale() { std::setlocale(LC_NUMERIC, m_before.c_str()); }
+    CommaLocale(const CommaLocale&) = delete;
+    CommaLocale& operator=(const CommaLocale&) = delete;
+
+private:
+    const std::string m_before;
+};
+} // namespace vek::TestSupport

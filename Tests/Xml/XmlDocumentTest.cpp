@@ -1,0 +1,207 @@
+#include "VekAppCore/Xml/XmlDocument.h"
+#include "Support/TestSupport.h"
+#include "VekBase/ScopedTempFolder.h"
+#include <QDir>
+#include <QFile>
+#include <QStringEncoder>
+#include <gmock/gmock.h>
+
+namespace vek
+{
+using namespace Qt::StringLiterals;
+
+class XmlDocumentTest : public testing::Test
+{
+protected:
+    QString Write(const QByteArray& content) const
+    {
+        QFile file(m_folder.GetPath() + "/a.xml");
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        return file.fileName();
+    }
+    static QByteArray Read(const QString& path)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+
+    /// What is thrown: "message @line path".
+    static std::string GetFailure(const std::function<void()>& function)
+    {
+        try
+        {
+            function();
+            return {};
+        }
+        catch (const XmlException& exception)
+        {
+            const auto& place = exception.GetPlace();
+            EXPECT_EQ(place.element, QString());
+            EXPECT_THAT(exception.GetLocation().file_name(), testing::EndsWith("XmlDocumentTest.cpp"));
+            return std::string(exception.what()) + " @" + std::to_string(place.line) +
+                   (place.path.isEmpty() ? "" : " " + QFileInfo(place.path).fileName().toStdString());
+        }
+    }
+
+    const ScopedTempFolder m_folder;
+};
+
+TEST_F(XmlDocumentTest, FileIsReadInItsEncoding)
+{
+    const auto encode = [](QStringConverter::Encoding encoding, const QString& text) {
+        return QByteArray(QStringEncoder(encoding, QStringConverter::Flag::WriteBom)(text));
+    };
+    const auto declared = [](const char* encoding, const QByteArray& element) {
+        return QByteArray("<?xml version='1.0' encoding='") + encoding + "'?>" + element;
+    };
+    const QString text = u"<?xml version='1.0' encoding=\"UTF-16\" ?><a b=\"\u00e4\u20ac\U0001f4cf\"/>"_s;
+    const QByteArray utf8 = text.mid(text.indexOf(u"<a"_s)).toUtf8();
+    // A pair of surrogates lies on the border of what is decoded at once.
+    const QString large =
+        u"<!--"_s + QString(524'282, u'x') + u"\U0001f4cf-->"_s + text.mid(text.indexOf(u"<a"_s));
+    const struct
+    {
+        const char* fault;
+        QByteArray file;
+        QString value; ///< Null where it cannot be read.
+    } rows[] = {
+        {"UTF-8 misread", utf8, u"\u00e4\u20ac\U0001f4cf"_s},
+        {"mark taken for text", "\xef\xbb\xbf" + utf8, u"\u00e4\u20ac\U0001f4cf"_s},
+        {"declaration believed before mark", "\xef\xbb\xbf" + declared("ISO-8859-1", utf8),
+         u"\u00e4\u20ac\U0001f4cf"_s},
+        {"UTF-16 LE", encode(QStringConverter::Utf16LE, text), u"\u00e4\u20ac\U0001f4cf"_s},
+        {"UTF-16 BE", encode(QStringConverter::Utf16BE, text), u"\u00e4\u20ac\U0001f4cf"_s},
+        {"UTF-32 LE taken for UTF-16", encode(QStringConverter::Utf32LE, text), u"\u00e4\u20ac\U0001f4cf"_s},
+        {"UTF-32 BE", encode(QStringConverter::Utf32BE, text), u"\u00e4\u20ac\U0001f4cf"_s},
+        {"pair cut in two", encode(QStringConverter::Utf16LE, large), u"\u00e4\u20ac\U0001f4cf"_s},
+        {"declaration ignored", declared("iso-8859-1", "<a b='\xe4'/>"), u"\u00e4"_s},
+        {"UTF-16 believed", declared("utf-16", utf8), u"\u00e4\u20ac\U0001f4cf"_s},
+        {"encoding in a comment believed", "<!-- <?xml version='1.0' encoding='x'?> -->" + utf8,
+         u"\u00e4\u20ac\U0001f4cf"_s},
+        {"broken UTF-8 read", "<a b='\xe4'/>", {}},
+        {"unknown encoding ignored", declared("x-none", utf8), {}},
+        {"half a unit dropped", encode(QStringConverter::Utf16LE, text) + 'x', {}},
+        {"lone surrogate read", QByteArray::fromHex("fffe3c006100000061d82f003e00"), {}}};
+    for (const auto& row : rows)
+    {
+        const QString path = Write(row.file);
+        if (row.value.isNull())
+        {
+            EXPECT_EQ(GetFailure([&] { static_cast<void>(XmlDocument::FromFile(path)); }),
+                      u"Impossible to read XML file: <%1> @0 a.xml"_s.arg(path).toStdString())
+                << row.fault;
+            continue;
+        }
+        XmlDocument document = XmlDocument::FromFile(path);
+        EXPECT_EQ(document.Deserialize("a").GetAttribute<QString>("b"), row.value) << row.fault;
+        EXPECT_TRUE(document.SaveFile(path, false)); // what it declares is what it is
+        EXPECT_EQ(XmlDocument::FromFile(path).Deserialize("a").GetAttribute<QString>("b"), row.value)
+            << row.fault;
+    }
+}
+
+TEST_F(XmlDocumentTest, WhatCannotBeReadLeavesTheDocumentEmpty)
+{
+    QByteArray attributes;
+    for (int i = 0; i < 1025; ++i)
+        attributes += " a" + QByteArray::number(i) + "='>'";
+    const auto nest = [](int levels) {
+        return QByteArray("<a>").repeated(levels) + QByteArray("</a>").repeated(levels);
+    };
+    const auto withOneLess = attributes.left(attributes.lastIndexOf(' '));
+    for (const QByteArray& text :
+         {QByteArray("<a><!-- ' --><![CDATA[']]><!x ' >'<b" + withOneLess + "/><b" + withOneLess + "/></a>"),
+          nest(98)})
+        EXPECT_EQ(GetFailure([&] { static_cast<void>(XmlDocument::FromString(text)); }), "");
+    const struct
+    {
+        QByteArray text;
+        int line;
+    } rows[] = {{"", 0},
+                {"<a>\n<b>\n</a>", 2},
+                {"<a>\n\n<b c=1/></a>", 3},
+                {"<a b='1' b='2'/>", 1},
+                {"\n<a" + attributes + "/>", 2},
+                {"<!-- \" -->\n<a" + attributes + "/>", 2},
+                {nest(99), 1},
+                {"<a>&quot", 1},
+                {"text", 1}};
+    for (const auto& [text, line] : rows)
+    {
+        XmlDocument document = XmlDocument::FromString("<a/>");
+        const std::string message = "Impossible to parse XML string @" + std::to_string(line);
+        EXPECT_EQ(GetFailure([&] { document.LoadString(text); }), message) << text.left(40).toStdString();
+        EXPECT_EQ(document.ToString(true), QString());
+        document.LoadString("<a/>");
+        EXPECT_EQ(GetFailure([&] { document.LoadFile(Write(text)); }), message + " a.xml");
+        EXPECT_EQ(document.ToString(true), QString());
+    }
+    EXPECT_EQ(
+        GetFailure([&] { static_cast<void>(XmlDocument::FromFile(Write(QByteArray("<a/>\n\0<b>", 9)))); }),
+        "Impossible to parse XML string @2 a.xml");
+    EXPECT_EQ(
+        GetFailure([] { static_cast<void>(XmlDocument::FromString(u"<a>"_s + QChar(0xd800) + u"</a>"_s)); }),
+        "Impossible to parse XML string @0");
+    XmlDocument document = XmlDocument::FromString("<a/>");
+    for (const QString& path : {m_folder.GetPath(), m_folder.GetPath() + "/none", u"/dev/zero"_s, QString()})
+    {
+        EXPECT_THAT(GetFailure([&] { document.LoadFile(path); }),
+                    testing::StartsWith(u"Impossible to read XML file: <%1>"_s.arg(path).toStdString()));
+        EXPECT_EQ(document.ToString(false), QString());
+    }
+}
+
+TEST_F(XmlDocumentTest, RootIsTheFirstTopLevelElementOfTheName)
+{
+    const XmlDocument document =
+        XmlDocument::FromString("<!-- --><b/><a version='3'><c/></a><a version='4'/>");
+    EXPECT_EQ(document.Deserialize("a").GetVersion(), 3);
+    document.Deserialize("a").Child(
+        "c", [](const auto& c) { EXPECT_EQ(c.GetVersion(), 3); }, true);
+    EXPECT_EQ(document.Deserialize("b").GetVersion(), 0);
+    EXPECT_EQ(XmlDocument::FromString("<a version='x'/>").Deserialize("a").GetVersion(), 0);
+    for (const XmlDocument& other :
+         {XmlDocument(), XmlDocument::FromString("<!-- -->"), XmlDocument::FromString("<A><c/></A>")})
+        EXPECT_EQ(GetFailure([&] { static_cast<void>(other.Deserialize("c")); }),
+                  "Xml document does not contain the root element: <c> @0");
+
+    XmlDocument taken = XmlDocument::FromString("<a/>");
+    XmlDocument moved = std::move(taken);
+    EXPECT_EQ(taken.ToString(false), QString());
+    taken = std::move(moved);
+    EXPECT_EQ(taken.Deserialize("a").GetName(), "a");
+}
+
+TEST_F(XmlDocumentTest, IsPrintedWithADeclaration)
+{
+    XmlDocument document = XmlDocument::FromString("<a><b>1</b> <c d='2'/></a>");
+    const char* const formatted =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a>\n    <b>1</b>\n    <c d=\"2\"/>\n</a>\n";
+    const char* const compact = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><a><b>1</b><c d=\"2\"/></a>";
+    EXPECT_EQ(document.ToString(true), formatted);
+    EXPECT_EQ(document.ToString(false), compact);
+    EXPECT_EQ(XmlDocument::FromString("<?xml version='1.1'?><!-- --><a/>").ToString(false),
+              "<?xml version='1.1'?><!-- --><a/>");
+    EXPECT_EQ(XmlDocument().ToString(true), QString());
+
+    const QString path = Write("before, and longer than what follows: " + QByteArray(200, 'x'));
+    using Save = bool (XmlDocument::*)(const QString&, bool);
+    for (const Save save : {&XmlDocument::SaveFile, &XmlDocument::SaveFileReplacing})
+    {
+        EXPECT_TRUE((document.*save)(path, true));
+        EXPECT_EQ(Read(path), formatted);
+        EXPECT_TRUE((document.*save)(path, false));
+        EXPECT_EQ(Read(path), compact);
+        for (const QString& wrong :
+             {m_folder.GetPath(), m_folder.GetPath() + "/none/a.xml", QString(), path + QChar(u'\0') + u'b'})
+            EXPECT_FALSE((document.*save)(wrong, false)) << wrong.toStdString();
+    }
+    EXPECT_EQ(QDir(m_folder.GetPath()).entryList(QDir::Files), QStringList("a.xml"));
+    EXPECT_EQ(Read(path), compact);
+    if (QFile::exists("/dev/full"))
+    {
+        EXPECT_FALSE(document.SaveFile("/dev/full", false));
+    }
+}
+} // namespace vek

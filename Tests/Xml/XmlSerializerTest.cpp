@@ -1,0 +1,57 @@
+#include "VekAppCore/Xml/XmlSerializer.h"
+#include "Support/TestSupport.h"
+#include "VekAppCore/Xml/XmlDocument.h"
+#include <gtest/gtest.h>
+
+namespace vek
+{
+TEST(XmlSerializer, WritesWhatReadsBackWithItsVersion)
+{
+    XmlDocument document;
+    XmlSerializer root = document.Serializer("a");
+    root.Child("b", [](XmlSerializer& b) { EXPECT_EQ(b.GetVersion(), 0); });
+    root.SetVersion(-3);
+    root.Child("b", [](XmlSerializer& b) {
+        EXPECT_EQ(b.GetVersion(), -3);
+        b.SetVersion(5); // for its children alone
+        b.Child("c", [](XmlSerializer& c) {
+            EXPECT_EQ(c.GetVersion(), 5);
+            c.SetName("d");
+            EXPECT_EQ(c.Name(), "d");
+        });
+    });
+    root.AddChildren("e", std::vector{1.5, 2.0});
+    EXPECT_EQ(root.GetVersion(), -3);
+    EXPECT_EQ(document.ToString(false),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?><a version=\"-3\"><b/><b><d/></b>"
+              "<e>1.5</e><e>2</e></a>");
+    EXPECT_EQ(document.Deserialize("a").GetVersion(), -3);
+
+    XmlDocument read = XmlDocument::FromString("<a version='7'/>");
+    read.Serializer("a").Child("b", [](const XmlSerializer& b) { EXPECT_EQ(b.GetVersion(), 7); });
+    read.Serializer("c").SetValue(1);
+    EXPECT_EQ(read.ToString(false).mid(38), "<a version=\"7\"><b/></a><c>1</c>"); // what is there stays
+}
+
+TEST(XmlSerializer, GoesNoDeeperThanIsRead)
+{
+    XmlDocument document;
+    int depth = 1;
+    const std::function<void(XmlSerializer&)> dig = [&](XmlSerializer& element) {
+        ++depth;
+        element.SetValue("text");
+        element.Child("b", dig);
+    };
+    XmlSerializer root = document.Serializer("a");
+    EXPECT_THROW(root.Child("b", dig), XmlException);
+    EXPECT_EQ(depth, 98);
+    EXPECT_EQ(XmlDocument::FromString(document.ToString(true))
+                  .Deserialize("a")
+                  .IsEqual(document.Deserialize("a"), {}),
+              true);
+}
+
+#ifndef NDEBUG
+TEST(AsciiStringViewDeathTest, RefusesWhatIsNotAscii) { EXPECT_DEATH(AsciiStringView("\u00e4"), "0x80"); }
+#endif
+} // namespace vek
