@@ -6,6 +6,7 @@
 #include "VekAppCore/App/SafeCallable.h"
 #include "VekAppCore/App/ServiceManager.h"
 #include "VekAppCore/Threading/TaskStatusBar.h"
+#include "VekAppCore/Xml/IXmlValidatorService.h"
 #include <QDockWidget>
 #include <QDropEvent>
 #include <QElapsedTimer>
@@ -115,9 +116,9 @@ void DeskWindow::_AddRecentFile(const QString& file)
 void DeskWindow::_AskForFiles()
 {
     const QStringList extensions = App::Services().Require<IPointCloudReader>().GetExtensions()
-                                   << documentExtension;
+                                   << documentExtension << reportExtension;
     for (const QString& file :
-         QFileDialog::getOpenFileNames(this, u"Open point clouds and documents"_s, {},
+         QFileDialog::getOpenFileNames(this, u"Open point clouds, documents and reports"_s, {},
                                        u"Files to open (*.%1)"_s.arg(extensions.join(u" *."_s))))
         Inspect(file);
 }
@@ -125,10 +126,17 @@ void DeskWindow::_AskForFiles()
 void DeskWindow::_AskForTarget()
 {
     // Taken before the dialog: meanwhile, a task may end and show its tab.
-    const InspectionDocument document{m_tabs->tabText(m_tabs->currentIndex()), _GetView()->GetInspection()};
-    QFileDialog dialog(this, u"Save the result"_s, {}, u"Documents (*.%1)"_s.arg(documentExtension));
+    const InspectionDocument document = *_GetView()->GetResult();
+    QStringList filters{u"Reports (*.%1)"_s.arg(reportExtension)};
+    if (document.inspection)
+        filters.prepend(u"Documents (*.%1)"_s.arg(documentExtension));
+    QFileDialog dialog(this, u"Save the result"_s, {}, filters.join(u";;"_s));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(documentExtension);
+    const auto takeSuffix = [&dialog](const QString& filter) {
+        dialog.setDefaultSuffix(filter.section(u'.', 1).chopped(1));
+    };
+    connect(&dialog, &QFileDialog::filterSelected, takeSuffix);
+    takeSuffix(filters.front());
     dialog.selectFile(QFileInfo(document.title).completeBaseName());
     if (dialog.exec() == QDialog::Accepted)
         Save(dialog.selectedFiles().value(0), document);
@@ -150,16 +158,22 @@ void DeskWindow::Inspect(const QString& file, FailureCallback onFailure)
 {
     // The services stay: the application waits for its workers before it destroys them.
     const auto work = [file, unit = m_fileUnit, &reader = App::Services().Require<IPointCloudReader>(),
-                       &fitter = App::Services().Require<IPlaneFitter>()](auto& progression) {
+                       &fitter = App::Services().Require<IPlaneFitter>(),
+                       &validator = App::Services().Require<IXmlValidatorService>()](auto& progression) {
         if (IsDocument(file))
             return ReadDocument(file, progression);
+        if (IsReport(file))
+        {
+            const InspectionReport report = ReadReport(file, validator);
+            return InspectionDocument{report.title, nullptr, report};
+        }
         const QString name = QFileInfo(file).fileName();
         PointCloud points = reader.Read(file, progression);
         for (Eigen::Vector3d& point : points)
             for (double& coordinate : point)
                 coordinate = Unit::GetValueIn(coordinate, unit, Unit::LengthUnit::Millimeter);
         progression.SetTitle(TrString::NoTranslate(u"Fitting %1"_s.arg(name)));
-        return InspectionDocument{name, std::make_shared<const Inspection>(fitter.Fit(points, progression))};
+        return MakeDocument(name, fitter.Fit(points, progression));
     };
     QElapsedTimer timer;
     timer.start();
@@ -171,7 +185,12 @@ void DeskWindow::Inspect(const QString& file, FailureCallback onFailure)
 
 void DeskWindow::Save(const QString& file, const InspectionDocument& document)
 {
-    const auto work = [file, document](auto& progression) { WriteDocument(file, document, progression); };
+    const auto work = [file, document](auto& progression) {
+        if (IsReport(file))
+            WriteReport(file, document.report);
+        else
+            WriteDocument(file, document, progression);
+    };
     const auto tell = [this, file] {
         _AddRecentFile(file);
         _Tell(u"%1: saved"_s.arg(QFileInfo(file).fileName()));
@@ -182,7 +201,7 @@ void DeskWindow::Save(const QString& file, const InspectionDocument& document)
 void DeskWindow::_Show(const QString& file, const InspectionDocument& result, double seconds)
 {
     DeviationView* view = _GetView();
-    if (!view || view->GetInspection())
+    if (!view || view->GetResult())
     {
         view = new DeviationView(m_settings);
         m_tabs->addTab(view, QString());
@@ -192,10 +211,10 @@ void DeskWindow::_Show(const QString& file, const InspectionDocument& result, do
     m_tabs->setCurrentWidget(view);
     QElapsedTimer timer;
     timer.start();
-    view->Show(result.inspection);
+    view->Show(result);
     _ShowFigures();
     _Tell(u"%1: %L2 points read, fitted and drawn in %3 s"_s.arg(QFileInfo(file).fileName())
-              .arg(result.inspection->flat.cols())
+              .arg(result.report.points)
               .arg(seconds + static_cast<double>(timer.elapsed()) / 1000.0, 0, 'f', 3));
     _AddRecentFile(file);
 }
@@ -220,20 +239,20 @@ DeviationView* DeskWindow::_GetView() const { return static_cast<DeviationView*>
 void DeskWindow::_ShowFigures()
 {
     const DeviationView* const view = _GetView();
-    m_save->setEnabled(view && view->GetInspection());
+    m_save->setEnabled(view && view->GetResult());
     if (!m_save->isEnabled())
         return m_figures->setText(u"Nothing inspected yet"_s);
     QString text;
-    for (const auto& [name, value] : view->GetInspection()->GetFigures(m_settings.unit))
+    for (const auto& [name, value] : view->GetResult()->report.GetFigures(m_settings.unit))
         text += u"<p>%1<br><b style='font-size: 22px'>%2</b></p>"_s.arg(name, value);
     m_figures->setText(text);
 }
 
-const Inspection* DeskWindow::FindInspection(const QString& file) const
+const InspectionDocument* DeskWindow::FindResult(const QString& file) const
 {
     for (int index = m_tabs->count() - 1; index >= 0; --index)
         if (m_tabs->tabToolTip(index) == file)
-            return static_cast<const DeviationView*>(m_tabs->widget(index))->GetInspection().get();
+            return &*static_cast<const DeviationView*>(m_tabs->widget(index))->GetResult();
     return nullptr;
 }
 

@@ -28,18 +28,19 @@ public:
     /// Of the points in files that are inspected from now on; millimetres unless set.
     void SetFileUnit(Unit::LengthUnit unit) { m_fileUnit = unit; }
 
-    /// Starts to inspect a file, or to open a document.
+    /// Starts to inspect a file, or to open a document or a report.
     /// @param onFailure  called where that fails; a message box unless given.
     void Inspect(const QString& file, FailureCallback onFailure = {});
 
-    /// Starts to save a result; the window stays open until that is done.
+    /// Starts to save a result, as a report or a document by the extension; the window stays open until that
+    /// is done.
     void Save(const QString& file, const InspectionDocument& document);
 
     [[nodiscard]] bool IsBusy() const { return !m_jobs.empty(); }
     /// The log is shown a little later than the rest.
     [[nodiscard]] bool IsResultLogged() const { return m_log->GetLineCount() > 0; }
     /// The last one of that file; null without one.
-    [[nodiscard]] const Inspection* FindInspection(const QString& file) const;
+    [[nodiscard]] const InspectionDocument* FindResult(const QString& file) const;
 
 protected:
     void closeEvent(QCloseEvent* event) override;

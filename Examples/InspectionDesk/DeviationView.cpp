@@ -15,10 +15,10 @@ constexpr double overlap = 1.6;       // of squares on an even grid; less would 
 constexpr double largestSquare = 9.0; // in pixels
 
 /// A column: one colour above the plane, near white on it, the other below.
-QImage MakePalette(const DeskSettings& settings)
+QImage MakePalette(const InspectionReport& legend)
 {
     QLinearGradient gradient(0.0, 0.0, 0.0, paletteSize);
-    gradient.setStops({{0.0, settings.above}, {0.5, QColor(middleColour)}, {1.0, settings.below}});
+    gradient.setStops({{0.0, legend.above}, {0.5, QColor(middleColour)}, {1.0, legend.below}});
     QImage palette(1, paletteSize, QImage::Format_RGB32);
     QPainter(&palette).fillRect(palette.rect(), gradient);
     return palette;
@@ -33,41 +33,57 @@ DeviationView::DeviationView(const DeskSettings& settings) : m_settings(settings
 void DeviationView::SetSettings(const DeskSettings& settings)
 {
     m_settings = settings;
-    m_image = QImage();
+    _TakeLegend();
     update();
 }
 
-void DeviationView::Show(std::shared_ptr<const Inspection> inspection)
+void DeviationView::Show(const InspectionDocument& result)
 {
-    m_inspection = std::move(inspection);
-    m_image = QImage();
+    m_result = result;
+    _TakeLegend();
     repaint();
+}
+
+/// A report has a legend of its own.
+void DeviationView::_TakeLegend()
+{
+    m_image = QImage();
+    if (!m_result || !m_result->inspection)
+        return;
+    m_result->report.tolerance = m_settings.tolerance;
+    m_result->report.above = m_settings.above;
+    m_result->report.below = m_settings.below;
 }
 
 double DeviationView::_GetLimit() const
 {
-    if (m_settings.tolerance.GetValue() > 0.0)
-        return m_settings.tolerance.GetValueIn(Unit::LengthUnit::Millimeter);
-    return std::max(
-        {m_inspection->highest.z(), -m_inspection->lowest.z(), std::numeric_limits<double>::min()});
+    const auto toMillimetres = [](const Unit::Length& length) {
+        return length.GetValueIn(Unit::LengthUnit::Millimeter);
+    };
+    const InspectionReport& report = m_result->report;
+    if (report.tolerance.GetValue() > 0.0)
+        return toMillimetres(report.tolerance);
+    return std::max({toMillimetres(report.highest.deviation), -toMillimetres(report.lowest.deviation),
+                     std::numeric_limits<double>::min()});
 }
 
 /// Each point is a square that just covers the space a point has on average.
 void DeviationView::_DrawPoints()
 {
+    const Inspection& inspection = *m_result->inspection;
     const QRectF plot = QRectF(rect()).marginsRemoved(margins);
-    const Eigen::Vector3d middle = (m_inspection->lowest + m_inspection->highest) / 2.0;
-    const Eigen::Vector3d extent = m_inspection->highest - m_inspection->lowest;
+    const Eigen::Vector3d middle = (inspection.lowest + inspection.highest) / 2.0;
+    const Eigen::Vector3d extent = inspection.highest - inspection.lowest;
     const double pixelsPerMillimetre = std::min(plot.width() / extent.x(), plot.height() / extent.y());
-    const double spacing = pixelsPerMillimetre * std::sqrt(extent.x() * extent.y() /
-                                                           static_cast<double>(m_inspection->flat.cols()));
+    const double spacing = pixelsPerMillimetre *
+                           std::sqrt(extent.x() * extent.y() / static_cast<double>(inspection.flat.cols()));
     const int side = static_cast<int>(std::clamp(std::ceil(spacing * overlap), 1.0, largestSquare));
-    const QImage palette = MakePalette(m_settings);
+    const QImage palette = MakePalette(m_result->report);
     const double limit = _GetLimit();
     m_image = QImage(size(), QImage::Format_ARGB32_Premultiplied);
     m_image.fill(Qt::transparent);
     QPainter painter(&m_image);
-    for (const auto& point : m_inspection->flat.colwise())
+    for (const auto& point : inspection.flat.colwise())
     {
         const Eigen::Vector3d offset = (point - middle) * pixelsPerMillimetre;
         QRect square(0, 0, side, side);
@@ -83,12 +99,14 @@ void DeviationView::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.fillRect(rect(), QColor(0x1d, 0x23, 0x2b));
     painter.setPen(QColor(0xc3, 0xcc, 0xd6));
-    if (!m_inspection)
+    if (!m_result)
     {
         painter.drawText(rect(), Qt::AlignCenter, u"Drop a point cloud here, or choose File > Open"_s);
         return;
     }
-    if (m_image.size() != size())
+    if (!m_result->inspection)
+        painter.drawText(rect(), Qt::AlignCenter, u"A report: figures without points"_s);
+    else if (m_image.size() != size())
         _DrawPoints();
     painter.drawImage(0, 0, m_image);
 
@@ -96,7 +114,7 @@ void DeviationView::paintEvent(QPaintEvent*)
     const QRectF bar(width() - 100.0, margins.top(), 20.0, height() - margins.top() - margins.bottom());
     const Unit::LengthUnit unit = ChooseUnit(_GetLimit(), m_settings.unit);
     painter.drawText(QPointF(bar.left(), bar.top() - 20.0), u"Deviation [%1]"_s.arg(Convert::ToString(unit)));
-    painter.drawImage(bar, MakePalette(m_settings));
+    painter.drawImage(bar, MakePalette(m_result->report));
     const double limit = Unit::GetValueIn(_GetLimit(), Unit::LengthUnit::Millimeter, unit);
     Convert::NumberOptions options = GetLengthOptions(unit);
     options.decimals = std::max(0, options.decimals - 1);

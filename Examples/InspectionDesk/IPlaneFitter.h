@@ -1,7 +1,6 @@
 #pragma once
 #include "InspectionDesk/IPointCloudReader.h"
-#include "InspectionDesk/LengthText.h"
-#include <utility>
+#include "InspectionDesk/InspectionReport.h"
 
 namespace vek::Desk
 {
@@ -18,8 +17,11 @@ struct Inspection
     /// Takes what follows from flat: the bounds and the standard deviation.
     void Measure();
 
-    /// Names and values for people.
-    [[nodiscard]] std::vector<std::pair<QString, QString>> GetFigures(const ShownUnit& unit = {}) const;
+    /// Its columns are the directions of the rows of flat.
+    [[nodiscard]] Eigen::Matrix3d GetAxes() const;
+
+    /// Without title and legend.
+    [[nodiscard]] InspectionReport GetReport() const;
 };
 
 /// Fits planes. Any thread, once the application has started.

@@ -98,9 +98,16 @@ InspectionDocument FromTree(const App::VekQVariant& tree)
     if (!inspection.centre.allFinite() || std::abs(inspection.normal.norm() - 1.0) > 1e-6 ||
         !std::isfinite(inspection.flat.squaredNorm()) || !std::isnormal(extent.x() * extent.y()))
         FailReading(u"the document has points that do not span a plane"_s);
-    return {title, std::make_shared<const Inspection>(std::move(inspection))};
+    return MakeDocument(title, std::move(inspection));
 }
 } // namespace
+
+InspectionDocument MakeDocument(const QString& title, Inspection inspection)
+{
+    InspectionReport report = inspection.GetReport();
+    report.title = title;
+    return {title, std::make_shared<const Inspection>(std::move(inspection)), std::move(report)};
+}
 
 bool IsDocument(const QString& path)
 {

@@ -8,8 +8,12 @@ namespace vek::Desk
 struct InspectionDocument
 {
     QString title;
-    std::shared_ptr<const Inspection> inspection; ///< Not null.
+    std::shared_ptr<const Inspection> inspection; ///< Null for what was read from a report.
+    InspectionReport report;
 };
+
+/// With the report of the inspection, but for its legend.
+[[nodiscard]] InspectionDocument MakeDocument(const QString& title, Inspection inspection);
 
 /// Without dot.
 constexpr QLatin1String documentExtension("vekdoc");
@@ -18,6 +22,7 @@ constexpr QLatin1String documentExtension("vekdoc");
 [[nodiscard]] bool IsDocument(const QString& path);
 
 /// What was in the file stays unless all of the document has been written.
+/// @param document  with an inspection.
 /// @throws Exception::AppException  it cannot be written; the message names the file.
 void WriteDocument(const QString& path, const InspectionDocument& document,
                    Threading::IProgression& progression);

@@ -72,12 +72,17 @@ int RunUnattended(App::ApplicationFrame& frame, DeskWindow& window, const QComma
     for (const QString& file : files)
     {
         report += u"File                %1\n"_s.arg(QFileInfo(file).fileName());
-        for (const auto& [name, value] : window.FindInspection(file)->GetFigures())
+        for (const auto& [name, value] : window.FindResult(file)->report.GetFigures())
             report += name.leftJustified(20) + value + u'\n';
     }
     std::fputs(report.toUtf8().constData(), stdout);
-    if (arguments.isSet(u"report"_s))
-        WriteFile(arguments.value(u"report"_s), report.toUtf8());
+    const QString reportFile = arguments.value(u"report"_s);
+    if (IsReport(reportFile) && files.size() != 1)
+        throw Exception::AppException(TrString::translate("InspectionDesk", "An XML report is of one file"));
+    if (IsReport(reportFile))
+        WriteReport(reportFile, window.FindResult(files.front())->report);
+    else if (!reportFile.isEmpty())
+        WriteFile(reportFile, report.toUtf8());
     if (arguments.isSet(u"screenshot"_s))
     {
         waitUntil([&window] { return window.IsResultLogged(); });
@@ -134,9 +139,10 @@ int main(int argc, char** argv)
     QCommandLineParser arguments;
     arguments.setApplicationDescription(u"Shows how flat a plate is, from points measured on it."_s);
     arguments.addPositionalArgument(
-        u"file"_s, u"Points (.xyz, .txt, .csv, or a plug-in's) or a document (.vekdoc)."_s, u"[file...]"_s);
+        u"file"_s, u"Points (.xyz, .txt, .csv, or a plug-in's), a document (.vekdoc) or a report (.xml)."_s,
+        u"[file...]"_s);
     arguments.addOptions(
-        {{u"report"_s, u"Write the figures to <file> and exit."_s, u"file"_s},
+        {{u"report"_s, u"Write the figures to <file> and exit; to .xml as an XML report."_s, u"file"_s},
          {u"screenshot"_s, u"Write a picture of the window (PNG) to <file> and exit."_s, u"file"_s},
          {u"unit"_s, u"Read points in <unit>, such as in or cm; in mm unless given."_s, u"unit"_s},
          {u"startup"_s, u"List what the program and its plug-ins declare."_s},

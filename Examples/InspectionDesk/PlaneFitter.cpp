@@ -3,7 +3,6 @@
 #include "VekAppCore/App/RegisterService.h"
 #include <Eigen/Eigenvalues>
 #include <Eigen/Geometry>
-#include <QLocale>
 
 namespace vek::Desk
 {
@@ -46,14 +45,8 @@ public:
                     .Arg(points.size()));
 
         result.normal = Orient(solver.eigenvectors().col(0));
-        const bool isAcrossX = std::abs(result.normal.x()) > 0.9;
-        Eigen::Matrix3d axes;
-        axes.col(2) = result.normal;
-        axes.col(1) =
-            result.normal.cross(isAcrossX ? Eigen::Vector3d::UnitY() : Eigen::Vector3d::UnitX()).normalized();
-        axes.col(0) = axes.col(1).cross(axes.col(2));
         progression.SetProgression(percentOfReading + 10);
-        result.flat = axes.transpose() * offsets;
+        result.flat = result.GetAxes().transpose() * offsets;
         progression.SetProgression(percentOfReading + 15);
         result.Measure();
         return result;
@@ -70,15 +63,32 @@ void Inspection::Measure()
     standardDeviation = flat.row(2).norm() / std::sqrt(static_cast<double>(flat.cols()));
 }
 
-std::vector<std::pair<QString, QString>> Inspection::GetFigures(const ShownUnit& unit) const
+Eigen::Matrix3d Inspection::GetAxes() const
 {
-    Convert::NumberOptions options;
-    options.locale = StringUtility::GetQSystemLocale();
-    options.hasGroupSeparators = true;
-    return {{u"Points"_s, Convert::ToString(qint64{flat.cols()}, options)},
-            {u"Flatness"_s, ToText(highest.z() - lowest.z(), unit)},
-            {u"Standard deviation"_s, ToText(standardDeviation, unit)},
-            {u"Highest deviation"_s, ToText(highest.z(), unit)},
-            {u"Lowest deviation"_s, ToText(lowest.z(), unit)}};
+    const bool isAcrossX = std::abs(normal.x()) > 0.9;
+    Eigen::Matrix3d axes;
+    axes.col(2) = normal;
+    axes.col(1) = normal.cross(isAcrossX ? Eigen::Vector3d::UnitY() : Eigen::Vector3d::UnitX()).normalized();
+    axes.col(0) = axes.col(1).cross(axes.col(2));
+    return axes;
+}
+
+InspectionReport Inspection::GetReport() const
+{
+    constexpr auto unit = Unit::LengthUnit::Millimeter;
+    const auto getExtreme = [&](Eigen::Index column) -> InspectionReport::Extreme {
+        const Eigen::Vector3d place = centre + GetAxes() * flat.col(column);
+        return {Unit::Length(flat(2, column), unit), {place.x(), place.y(), place.z(), unit}};
+    };
+    InspectionReport report;
+    report.points = flat.cols();
+    report.flatness = Unit::Length(highest.z() - lowest.z(), unit);
+    report.standardDeviation = Unit::Length(standardDeviation, unit);
+    Eigen::Index column = 0;
+    flat.row(2).maxCoeff(&column);
+    report.highest = getExtreme(column);
+    flat.row(2).minCoeff(&column);
+    report.lowest = getExtreme(column);
+    return report;
 }
 } // namespace vek::Desk

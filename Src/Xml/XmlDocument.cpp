@@ -110,9 +110,11 @@ void XmlDocument::_Parse(std::string_view utf8, const QString& path, const std::
     auto document = std::make_unique<PathDocument>();
     document->path = path;
     int line = 0;
-    if (const std::size_t at = FindUnparsable(utf8); at != std::string_view::npos)
-        line = GetLine(utf8, at);
-    else if (document->Parse(utf8.data(), utf8.size()) != tinyxml2::XML_SUCCESS)
+    const XmlScan scan = ScanXml(utf8);
+    const std::string_view parsable = scan.escaped.empty() ? utf8 : scan.escaped;
+    if (scan.unparsable != std::string_view::npos)
+        line = GetLine(utf8, scan.unparsable);
+    else if (document->Parse(parsable.data(), parsable.size()) != tinyxml2::XML_SUCCESS)
         line = document->ErrorLineNum();
     else
     {

@@ -2,6 +2,9 @@
 #include <QRegularExpression>
 #include <QStringDecoder>
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
 
 namespace vek
 {
@@ -36,6 +39,95 @@ QByteArray GetDeclaredEncoding(const QByteArray& bytes)
         .captured(1)
         .toLatin1();
 }
+
+/// Whether a text that follows an ampersand is one of the five entities or a character by number.
+bool IsReference(std::string_view text)
+{
+    constexpr std::array entities{"amp;", "lt;", "gt;", "quot;", "apos;"};
+    if (!text.starts_with('#'))
+        return std::ranges::any_of(entities, [text](const char* entity) { return text.starts_with(entity); });
+    const bool isHexadecimal = text.starts_with("#x");
+    text.remove_prefix(isHexadecimal ? 2 : 1);
+    std::uint32_t character = 0;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), character, isHexadecimal ? 16 : 10);
+    return error == std::errc() && end != text.data() + text.size() && *end == ';' && character > 0 &&
+           character <= QChar::LastValidCodePoint && !QChar::isSurrogate(character);
+}
+
+/// Follows the parser: what that takes for a tag or a comment, this does, too.
+class Scanner
+{
+public:
+    explicit Scanner(std::string_view text) : m_text(text), m_hasAmpersands(text.find('&') != npos) {}
+
+    XmlScan Scan()
+    {
+        m_scan.unparsable = m_text.find('\0');
+        for (std::size_t at = 0; at < m_text.size() && m_scan.unparsable == npos;)
+        {
+            const std::size_t tag = std::min(m_text.find('<', at), m_text.size());
+            _Escape(at, tag);
+            at = _SkipTag(tag + 1);
+        }
+        if (m_copied > 0)
+            m_scan.escaped += m_text.substr(m_copied);
+        return std::move(m_scan);
+    }
+
+private:
+    static constexpr std::size_t npos = std::string_view::npos;
+
+    /// Behind the next @p end.
+    [[nodiscard]] std::size_t _Skip(std::size_t at, std::string_view end) const
+    {
+        const std::size_t found = m_text.find(end, at);
+        return found == npos ? m_text.size() : found + end.size();
+    }
+
+    std::size_t _SkipTag(std::size_t at)
+    {
+        const std::string_view rest = m_text.substr(std::min(at, m_text.size()));
+        if (rest.starts_with("?"))
+            return _Skip(at, "?>");
+        if (rest.starts_with("!--"))
+            return _Skip(at + 3, "-->");
+        if (rest.starts_with("![CDATA["))
+            return _Skip(at, "]]>");
+        if (rest.starts_with("!"))
+            return _Skip(at, ">");
+        int attributes = 0;
+        for (; at < m_text.size() && m_text[at] != '>'; ++at)
+        {
+            const char quote = m_text[at];
+            if (quote != '"' && quote != '\'')
+                continue;
+            if (++attributes > mostAttributes)
+                m_scan.unparsable = std::min(m_scan.unparsable, at);
+            const std::size_t end = std::min(m_text.find(quote, at + 1), m_text.size());
+            _Escape(at + 1, end);
+            at = end;
+        }
+        return at + 1;
+    }
+
+    void _Escape(std::size_t begin, std::size_t end)
+    {
+        if (!m_hasAmpersands)
+            return;
+        for (std::size_t at = begin; (at = m_text.find('&', at)) < end; ++at)
+            if (!IsReference(m_text.substr(at + 1)))
+            {
+                m_scan.escaped.append(m_text.substr(m_copied, at - m_copied)).append("&amp;");
+                m_copied = at + 1;
+            }
+    }
+
+    std::string_view m_text;
+    bool m_hasAmpersands;
+    std::size_t m_copied = 0; ///< Before it, all is in the escaped text.
+    XmlScan m_scan;
+};
 } // namespace
 
 std::optional<QByteArray> DecodeXml(QByteArray bytes)
@@ -62,40 +154,5 @@ std::optional<QByteArray> DecodeXml(QByteArray bytes)
     return bytes;
 }
 
-// Follows the parser: what it takes for a tag, this does, too.
-std::size_t FindUnparsable(std::string_view utf8)
-{
-    if (const std::size_t null = utf8.find('\0'); null != std::string_view::npos)
-        return null;
-    const auto skip = [&utf8](std::size_t at, std::string_view end) {
-        const std::size_t found = utf8.find(end, at);
-        return found == std::string_view::npos ? utf8.size() : found + end.size();
-    };
-    for (std::size_t at = skip(0, "<"); at < utf8.size(); at = skip(at, "<"))
-    {
-        const std::string_view rest = utf8.substr(at);
-        if (rest.starts_with("?"))
-            at = skip(at, "?>");
-        else if (rest.starts_with("!--"))
-            at = skip(at, "-->");
-        else if (rest.starts_with("![CDATA["))
-            at = skip(at, "]]>");
-        else if (rest.starts_with("!"))
-            at = skip(at, ">");
-        else
-        {
-            int attributes = 0;
-            for (; at < utf8.size() && utf8[at] != '>'; ++at)
-            {
-                const char quote = utf8[at];
-                if (quote != '"' && quote != '\'')
-                    continue;
-                if (++attributes > mostAttributes)
-                    return at;
-                at = std::min(utf8.find(quote, at + 1), utf8.size() - 1);
-            }
-        }
-    }
-    return std::string_view::npos;
-}
+XmlScan ScanXml(std::string_view utf8) { return Scanner(utf8).Scan(); }
 } // namespace vek

@@ -1,6 +1,7 @@
 #pragma once
 #include <QByteArray>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace vek
@@ -8,8 +9,16 @@ namespace vek
 /// The text of an XML file as UTF-8 without a byte-order mark; empty where it cannot be decoded.
 [[nodiscard]] std::optional<QByteArray> DecodeXml(QByteArray bytes);
 
-/// Where it holds what must not be given to the parser: a null character, at which it would stop as if the
-/// text ended there, or an element with so many attributes that it would take forever, since it compares each
-/// with all before it. npos where there is neither.
-[[nodiscard]] std::size_t FindUnparsable(std::string_view utf8);
+/// What the parser must be kept from.
+struct XmlScan
+{
+    /// Of a null character, at which the parser would stop as if the text ended there, or of an element with
+    /// so many attributes that it would take forever, since it compares each with all before it. npos without
+    /// one.
+    std::size_t unparsable = std::string_view::npos;
+    /// The text with the ampersands escaped that begin no entity known to the parser, which would put
+    /// something else in their place; empty where there are none.
+    std::string escaped;
+};
+[[nodiscard]] XmlScan ScanXml(std::string_view utf8);
 } // namespace vek

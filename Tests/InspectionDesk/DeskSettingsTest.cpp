@@ -122,7 +122,7 @@ TEST_F(DeskSettingsTest, WindowKeepsThemOnlyWhereItIsToldTo)
         window.Inspect(plate);
         ASSERT_TRUE(TestSupport::WaitFor([&window] { return !window.IsBusy(); }));
         const QString document = m_folder.GetPath() + (isKeeping ? "/kept.vekdoc" : "/other.vekdoc");
-        window.Save(document, {"plate", std::make_shared<const Inspection>(*window.FindInspection(plate))});
+        window.Save(document, *window.FindResult(plate));
         EXPECT_FALSE(window.close()) << "it must not be lost";
         ASSERT_TRUE(TestSupport::WaitFor([&window] { return !window.IsBusy(); }));
         EXPECT_TRUE(window.close());
@@ -158,7 +158,7 @@ TEST_F(DeskSettingsTest, ToleranceEndsTheScaleOfColours)
         const Unit::Length end(tolerance, Unit::LengthUnit::Millimeter);
         DeviationView view({{}, Qt::green, Qt::yellow, end, {}, false, {}});
         view.resize(600, 400);
-        view.Show(inspection);
+        view.Show(MakeDocument({}, *inspection));
         const QImage image = view.grab().toImage();
         EXPECT_EQ(image.pixelColor(34, 314).red() < 6, isAtTheEnd) << tolerance;   // the first corner
         EXPECT_EQ(image.pixelColor(459, 314).blue() < 6, isAtTheEnd) << tolerance; // the second

@@ -60,14 +60,14 @@ TEST_F(InspectionDocumentTest, IsReadAndWrittenAsItIsMeantToBe)
     EXPECT_EQ(document.inspection->centre, Eigen::Vector3d(0, 0, 5));
     EXPECT_EQ(document.inspection->normal, Eigen::Vector3d(0, 0, 1));
     EXPECT_EQ(document.inspection->flat.col(1), Eigen::Vector3d(1, -1, -0.25));
-    EXPECT_EQ(document.inspection->GetFigures()[1].second, "0.5000 mm");
-    EXPECT_EQ(document.inspection->GetFigures(Unit::LengthUnit::Inch)[1].second, "0.019685 in");
+    EXPECT_EQ(document.report.GetFigures()[1].second, "0.5000 mm");
+    EXPECT_EQ(document.report.GetFigures(Unit::LengthUnit::Inch)[1].second, "0.019685 in");
     {
         const ScopeBase french = StringUtility::ChangeQSystemLocale(QLocale("fr_FR"));
-        EXPECT_EQ(document.inspection->GetFigures(Unit::LengthUnit::Micrometer)[1].second,
+        EXPECT_EQ(document.report.GetFigures(Unit::LengthUnit::Micrometer)[1].second,
                   QStringLiteral(u"500,0 \u00b5m"));
     }
-    EXPECT_EQ(document.inspection->GetFigures()[2].second, "0.2500 mm");
+    EXPECT_EQ(document.report.GetFigures()[2].second, "0.2500 mm");
 
     WriteDocument(m_folder.GetPath() + "/b.vekdoc", document, m_progress);
     QFile written(m_folder.GetPath() + "/b.vekdoc");

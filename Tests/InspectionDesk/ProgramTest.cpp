@@ -63,10 +63,23 @@ TEST_F(ProgramTest, DocumentIsOpenedLikeAnyOtherFile)
         App::Services().Require<IPointCloudReader>().Read(QStringLiteral(DESK_SAMPLE), m_progress);
     const auto inspection =
         std::make_shared<const Inspection>(App::Services().Require<IPlaneFitter>().Fit(points, m_progress));
-    WriteDocument(m_folder.GetPath() + "/p.vekdoc", {"Plate.xyz", inspection}, m_progress);
+    WriteDocument(m_folder.GetPath() + "/p.vekdoc", {"Plate.xyz", inspection, {}}, m_progress);
     EXPECT_EQ(Run("p.vekdoc --report r.txt"), 0) << m_errors;
     EXPECT_THAT(m_output,
                 testing::HasSubstr("p.vekdoc\nPoints              23,712\nFlatness            0.2868"));
+}
+
+TEST_F(ProgramTest, ReportIsOpenedLikeAnyOtherFile)
+{
+    Write("plate.xyz", "0 0 1\n4 0 -1\n4 2 1\n0 2 -1\n");
+    EXPECT_EQ(Run("plate.xyz --report r.xml"), 0) << m_errors;
+    const std::string figures = m_output;
+    EXPECT_EQ(Run("r.xml --report s.xml --screenshot s.png"), 0) << m_errors;
+    EXPECT_EQ("File                plate.xyz\n" + m_output.substr(m_output.find('\n') + 1), figures);
+    QFile first(m_folder.GetPath() + "/r.xml");
+    QFile second(m_folder.GetPath() + "/s.xml");
+    EXPECT_TRUE(first.open(QIODevice::ReadOnly) && second.open(QIODevice::ReadOnly));
+    EXPECT_EQ(first.readAll(), second.readAll());
 }
 
 TEST_F(ProgramTest, SettingsOfAnEarlierVersionAreKeptUnlessTheyAreNotWanted)
@@ -123,6 +136,8 @@ TEST_F(ProgramTest, FailureIsOneLineAndTheExitCode)
         {"bad.xyz --report r.txt", "bad.xyz: line 2: expected three numbers"},
         {"line.xyz", "The points do not span a plane"},
         {"bad.ply", "bad.ply: the header has no end"}, // known from the plug-in only
+        {"good.xyz --report none/r.xml", "none/r.xml: "},
+        {"good.xyz good.xyz --report r.xml", "An XML report is of one file"},
         {"good.xyz --report none/r.txt", "none/r.txt: "}};
     for (const auto& [arguments, expected] : rows)
     {

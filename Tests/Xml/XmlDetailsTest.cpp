@@ -1,4 +1,5 @@
 #include "VekAppCore/Xml/XmlDetails.h"
+#include "Support/TestSupport.h"
 #include "VekAppCore/Text/StringUtility.h"
 #include "VekAppCore/Xml/XmlDocument.h"
 #include "Xml/CommaLocale.h"
@@ -192,6 +193,19 @@ TEST_F(XmlDetailsTest, ValuesHaveTheirTexts)
     EXPECT_THROW(root.SetAttribute("a", QStringLiteral("a\0b").left(2)), XmlException);
     EXPECT_THROW(root.SetValue(std::string("a\0b", 3)), XmlException);
     EXPECT_EQ(XmlDeserializer(root.GetElement()).GetAttribute<double>("a"), 0.1);
+}
+
+TEST_F(XmlDetailsTest, UnknownEntitiesAreText)
+{
+    const XmlDocument document = XmlDocument::FromString(
+        "<!DOCTYPE a [<!ENTITY x 'y'>]><a b='&#65;&x;' c='&#x41&amp;&'>"
+        "&lt;&x;&&gt;<!-- & --><b>&#66;<![CDATA[&x;]]></b><c>&#0;&#xD800;&#x110000;&#x1F4CF;</c></a>");
+    const XmlDeserializer root = document.Deserialize("a");
+    EXPECT_EQ(root.GetAttribute<std::string>("b"), "A&x;");
+    EXPECT_EQ(root.GetAttribute<std::string>("c"), "&#x41&&");
+    EXPECT_EQ(root.GetValue<std::string>(), "<&x;&>");
+    root.Child(
+        "b", [](const auto& b) { EXPECT_STREQ(b.GetElement().LastChild()->Value(), "&x;"); }, true);
 }
 
 TEST_F(XmlDetailsTest, ColoursTripletsAndVariantsTakeAttributes)

@@ -1,0 +1,150 @@
+#include "InspectionReport.h"
+#include "InspectionDesk/NumberText.h"
+#include "VekAppCore/App/DeclarationSystem.h"
+#include "VekAppCore/Xml/IXmlValidatorService.h"
+#include <QFileInfo>
+
+namespace vek::Desk
+{
+namespace
+{
+using namespace Qt::StringLiterals;
+
+constexpr AsciiStringView root("InspectionReport");
+constexpr int version = 1;
+
+[[maybe_unused]] const bool isDeclared = [] {
+    App::DeclarationSystem::GetInstance().Append<IXmlValidatorService>([](IXmlValidatorService& validator) {
+        const auto length = [](const char* name) { return XmlDescription(name).Value<Unit::Length>(); };
+        const auto extreme = [](const char* name) {
+            return XmlDescription(name).Attribute<Unit::Length>("deviation").Value<Triplet>();
+        };
+        const auto colour = [](const char* name) { return XmlDescription(name).Value<QColor>(); };
+        validator.Declare(XmlDescription(root)
+                              .Attribute<int>("version")
+                              .Child(XmlDescription("Title").Value<QString>())
+                              .Child(XmlDescription("Points").Value<qint64>())
+                              .Child(length("Flatness"))
+                              .Child(length("StandardDeviation"))
+                              .Child(extreme("Highest"))
+                              .Child(extreme("Lowest"))
+                              .Child(XmlDescription("Legend")
+                                         .Attribute<Unit::Length>("tolerance")
+                                         .Child(colour("Above"))
+                                         .Child(colour("Below"))));
+    });
+    return true;
+}();
+
+void Write(XmlSerializer& element, const InspectionReport& report)
+{
+    const auto write = [](XmlSerializer& parent, const char* name, const auto& value) {
+        parent.Child(name, [&value](XmlSerializer& child) { child.SetValue(value); });
+    };
+    const auto writeExtreme = [&element](const char* name, const InspectionReport::Extreme& extreme) {
+        element.Child(name, [&extreme](XmlSerializer& child) {
+            child.SetAttribute("deviation", extreme.deviation);
+            child.SetValue(extreme.place);
+        });
+    };
+    element.SetVersion(version);
+    write(element, "Title", report.title);
+    write(element, "Points", report.points);
+    write(element, "Flatness", report.flatness);
+    write(element, "StandardDeviation", report.standardDeviation);
+    writeExtreme("Highest", report.highest);
+    writeExtreme("Lowest", report.lowest);
+    element.Child("Legend", [&](XmlSerializer& legend) {
+        legend.SetAttribute("tolerance", report.tolerance);
+        write(legend, "Above", report.above);
+        write(legend, "Below", report.below);
+    });
+}
+
+InspectionReport Read(const XmlDeserializer& element)
+{
+    InspectionReport report;
+    const auto read = [](const XmlDeserializer& parent, const char* name, auto& value) {
+        parent.Child(
+            name, [&value](const XmlDeserializer& child) { child.GetValue(value, true); }, true);
+    };
+    const auto readExtreme = [&element](const char* name, InspectionReport::Extreme& extreme) {
+        const auto visit = [&extreme](const XmlDeserializer& child) {
+            child.GetAttribute("deviation", extreme.deviation, true);
+            child.GetValue(extreme.place, true);
+        };
+        element.Child(name, visit, true);
+    };
+    read(element, "Title", report.title);
+    read(element, "Points", report.points);
+    read(element, "Flatness", report.flatness);
+    read(element, "StandardDeviation", report.standardDeviation);
+    readExtreme("Highest", report.highest);
+    readExtreme("Lowest", report.lowest);
+    const auto readLegend = [&](const XmlDeserializer& legend) {
+        legend.GetAttribute("tolerance", report.tolerance, true);
+        read(legend, "Above", report.above);
+        read(legend, "Below", report.below);
+    };
+    element.Child("Legend", readLegend, true);
+    return report;
+}
+} // namespace
+
+std::vector<std::pair<QString, QString>> InspectionReport::GetFigures(const ShownUnit& unit) const
+{
+    Convert::NumberOptions options;
+    options.locale = StringUtility::GetQSystemLocale();
+    options.hasGroupSeparators = true;
+    const auto toText = [&unit](const Unit::Length& length) {
+        return ToText(length.GetValueIn(Unit::LengthUnit::Millimeter), unit);
+    };
+    return {{u"Points"_s, Convert::ToString(points, options)},
+            {u"Flatness"_s, toText(flatness)},
+            {u"Standard deviation"_s, toText(standardDeviation)},
+            {u"Highest deviation"_s, toText(highest.deviation)},
+            {u"Lowest deviation"_s, toText(lowest.deviation)}};
+}
+
+bool IsReport(const QString& path)
+{
+    return QFileInfo(path).suffix().compare(reportExtension, Qt::CaseInsensitive) == 0;
+}
+
+void WriteReport(const QString& path, const InspectionReport& report)
+{
+    NameInFailures(path, [&] {
+        XmlDocument document;
+        XmlSerializer element = document.Serializer(root);
+        Write(element, report);
+        if (!document.SaveFileReplacing(path, true))
+            FailReading(u"it cannot be written"_s);
+    });
+}
+
+InspectionReport ReadReport(const QString& path, const IXmlValidatorService& validator)
+{
+    return NameInFailures(path, [&] {
+        if (!QFileInfo(path).isFile())
+            FailReading(u"there is no such file"_s);
+        XmlDocument document;
+        try
+        {
+            document.LoadFile(path);
+        }
+        catch (const XmlException& exception)
+        {
+            const int line = exception.GetPlace().line;
+            FailReading(line > 0 ? u"line %1: the XML is damaged"_s.arg(line)
+                                 : u"it cannot be read or is no XML text"_s);
+        }
+        const std::vector<XmlFinding> findings = validator.Validate(document, root);
+        const int found = XmlDeserializer(document.Deserialize(root)).GetVersion();
+        if (found > version)
+            FailReading(u"this is a report of a newer version"_s);
+        if (!findings.empty())
+            FailReading(findings.front().message);
+        return Read(document.Deserialize(root));
+    });
+}
+} // namespace vek::Desk
