@@ -125,8 +125,11 @@ void ReadNumbers_QXmlStreamReader(benchmark::State& state)
         double sum = 0;
         while (!reader.atEnd())
             if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == u"point")
+            {
+                const QXmlStreamAttributes attributes = reader.attributes();
                 for (const char* name : names)
-                    sum += reader.attributes().value(QLatin1String(name)).toDouble();
+                    sum += attributes.value(QLatin1String(name)).toDouble();
+            }
         return sum;
     });
 }

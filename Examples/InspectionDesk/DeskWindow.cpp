@@ -1,4 +1,5 @@
 #include "DeskWindow.h"
+#include "InspectionDesk/NumberText.h"
 #include "SettingsDialog.h"
 #include "VekAppCore/App/Application.h"
 #include "VekAppCore/App/Exception.h"
@@ -188,6 +189,8 @@ void DeskWindow::Save(const QString& file, const InspectionDocument& document)
     const auto work = [file, document](auto& progression) {
         if (IsReport(file))
             WriteReport(file, document.report);
+        else if (!document.inspection)
+            FailReading(u"%1: a report has no points to save; save it as .%2"_s.arg(file, reportExtension));
         else
             WriteDocument(file, document, progression);
     };

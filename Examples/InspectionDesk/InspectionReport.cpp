@@ -3,6 +3,7 @@
 #include "VekAppCore/App/DeclarationSystem.h"
 #include "VekAppCore/Xml/IXmlValidatorService.h"
 #include <QFileInfo>
+#include <cmath>
 
 namespace vek::Desk
 {
@@ -22,7 +23,7 @@ constexpr int version = 1;
         const auto colour = [](const char* name) { return XmlDescription(name).Value<QColor>(); };
         validator.Declare(XmlDescription(root)
                               .Attribute<int>("version")
-                              .Child(XmlDescription("Title").Value<QString>())
+                              .Child(XmlDescription("Title").OptionalValue<QString>())
                               .Child(XmlDescription("Points").Value<qint64>())
                               .Child(length("Flatness"))
                               .Child(length("StandardDeviation"))
@@ -61,17 +62,37 @@ void Write(XmlSerializer& element, const InspectionReport& report)
     });
 }
 
+/// Each of these would be shown, or drawn, as what it is not.
+bool IsSound(const QString&) { return true; }
+bool IsSound(qint64 points) { return points > 0; }
+bool IsSound(const QColor& colour) { return colour.isValid(); }
+bool IsSound(const Unit::Length& length)
+{
+    return std::isfinite(length.GetValueIn(Unit::LengthUnit::Millimeter));
+}
+bool IsSound(const Triplet& place) { return std::isfinite(place.GetNorm()) && place.unit; }
+
+void Require(const XmlDeserializer& element, bool isSound)
+{
+    if (!isSound)
+        element.Throw(u"this cannot be"_s);
+}
+
 InspectionReport Read(const XmlDeserializer& element)
 {
     InspectionReport report;
     const auto read = [](const XmlDeserializer& parent, const char* name, auto& value) {
-        parent.Child(
-            name, [&value](const XmlDeserializer& child) { child.GetValue(value, true); }, true);
+        const auto visit = [&value](const XmlDeserializer& child) {
+            child.GetValue(value, false);
+            Require(child, IsSound(value));
+        };
+        parent.Child(name, visit, true);
     };
     const auto readExtreme = [&element](const char* name, InspectionReport::Extreme& extreme) {
         const auto visit = [&extreme](const XmlDeserializer& child) {
             child.GetAttribute("deviation", extreme.deviation, true);
             child.GetValue(extreme.place, true);
+            Require(child, IsSound(extreme.deviation) && IsSound(extreme.place));
         };
         element.Child(name, visit, true);
     };
@@ -83,6 +104,7 @@ InspectionReport Read(const XmlDeserializer& element)
     readExtreme("Lowest", report.lowest);
     const auto readLegend = [&](const XmlDeserializer& legend) {
         legend.GetAttribute("tolerance", report.tolerance, true);
+        Require(legend, IsSound(report.tolerance) && report.tolerance.GetValue() >= 0.0);
         read(legend, "Above", report.above);
         read(legend, "Below", report.below);
     };
@@ -139,7 +161,7 @@ InspectionReport ReadReport(const QString& path, const IXmlValidatorService& val
                                  : u"it cannot be read or is no XML text"_s);
         }
         const std::vector<XmlFinding> findings = validator.Validate(document, root);
-        const int found = XmlDeserializer(document.Deserialize(root)).GetVersion();
+        const int found = document.Deserialize(root).GetVersion();
         if (found > version)
             FailReading(u"this is a report of a newer version"_s);
         if (!findings.empty())

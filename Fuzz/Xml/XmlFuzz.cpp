@@ -45,7 +45,8 @@ void Walk(const XmlDeserializer& element)
         Walk(XmlDeserializer(*child));
 }
 
-void Use(XmlDocument document)
+/// What is written is read again, or the program ends.
+void Use(XmlDocument document) noexcept
 {
     const auto find = [](const XmlDocument& from) -> std::optional<XmlDeserializer> {
         try
@@ -60,13 +61,11 @@ void Use(XmlDocument document)
     const auto root = find(document);
     if (root)
         Walk(*root);
-    static_cast<void>(document.ToString(true));
-    const QString text = document.ToString(false);
-    if (!root)
-        return;
-    const XmlDocument again = XmlDocument::FromString(text);
+    if (!document.ToString(false).isEmpty())
+        static_cast<void>(XmlDocument::FromString(document.ToString(true)));
+    const XmlDocument again = root ? XmlDocument::FromString(document.ToString(false)) : XmlDocument();
     const auto rootAgain = find(again);
-    if (!rootAgain || !root->IsEqual(*rootAgain, {}))
+    if (root && (!rootAgain || !root->IsEqual(*rootAgain, {})))
         std::abort();
 }
 } // namespace
@@ -75,20 +74,22 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const auto* const bytes = reinterpret_cast<const char*>(data);
     static QTemporaryFile file;
-    try
-    {
-        if (!file.open() || !file.resize(0) || file.write(bytes, qint64(size)) != qint64(size) ||
-            !file.flush())
-            std::abort();
-        Use(XmlDocument::FromFile(file.fileName()));
-    }
-    catch (const XmlException&)
-    {}
-    try
-    {
-        Use(XmlDocument::FromString(QString(reinterpret_cast<const QChar*>(bytes), qsizetype(size / 2))));
-    }
-    catch (const XmlException&)
-    {}
+    const auto load = [](const auto& loadIt) -> std::optional<XmlDocument> {
+        try
+        {
+            return loadIt();
+        }
+        catch (const XmlException&)
+        {
+            return std::nullopt;
+        }
+    };
+    if (!file.open() || !file.resize(0) || file.write(bytes, qint64(size)) != qint64(size) || !file.flush())
+        std::abort();
+    if (auto document = load([] { return XmlDocument::FromFile(file.fileName()); }))
+        Use(std::move(*document));
+    const QString text(reinterpret_cast<const QChar*>(bytes), qsizetype(size / 2));
+    if (auto document = load([&text] { return XmlDocument::FromString(text); }))
+        Use(std::move(*document));
     return 0;
 }

@@ -1,5 +1,6 @@
 #pragma once
-#include <QString>
+#include "VekAppCore/Xml/AsciiStringView.h"
+#include "VekAppCore/Xml/XmlException.h"
 #include <tinyxml2.h>
 
 namespace vek
@@ -10,10 +11,14 @@ struct PathDocument : tinyxml2::XMLDocument
     QString path; ///< Empty without one.
 };
 
-/// Of the file that an element was read from; empty without one.
-[[nodiscard]] inline QString GetPath(const tinyxml2::XMLElement& element)
+namespace XmlDetails
 {
-    const auto* const document = dynamic_cast<const PathDocument*>(element.GetDocument());
-    return document ? document->path : QString();
-}
+/// Throws "Line %1: <%2>" and @p rest.
+[[noreturn]] void ThrowAt(const tinyxml2::XMLElement& element, const QString& rest,
+                          const std::source_location& where);
+
+/// @throws XmlException  at @p element, for what could not be read again.
+void RequireName(const tinyxml2::XMLElement& element, const AsciiStringView& name,
+                 const std::source_location& where);
+} // namespace XmlDetails
 } // namespace vek

@@ -1,6 +1,5 @@
 #include "VekAppCore/Xml/XmlDescription.h"
 #include <algorithm>
-#include <map>
 
 namespace vek
 {
@@ -49,15 +48,23 @@ std::vector<XmlFinding> XmlDescription::Check(const XmlDeserializer& element) co
     return findings;
 }
 
+XmlFinding XmlDescription::MakeUnexpected(const tinyxml2::XMLElement& element)
+{
+    std::vector<XmlFinding> findings;
+    Try(findings, [&element] { XmlDetails::Throw(element, QStringLiteral("this element is not expected")); });
+    return findings.front();
+}
+
 void XmlDescription::_Check(const XmlDeserializer& element, std::vector<XmlFinding>& findings) const
 {
     _CheckAttributes(element, findings);
-    Try(findings, [&] {
-        if (m_value)
-            m_value(element);
-        else if (element.GetElement().GetText())
-            element.Throw(QStringLiteral("no text is expected"));
-    });
+    if (m_value && (m_isMandatory || element.GetElement().GetText()))
+        Try(findings, [&] { m_value(element); });
+    const auto* child = element.GetElement().FirstChild();
+    while (child && !child->ToText())
+        child = child->NextSibling();
+    if (child && !m_isText)
+        Try(findings, [&] { element.Throw(QStringLiteral("no text is expected")); });
     _CheckChildren(element, findings);
 }
 
@@ -78,33 +85,35 @@ void XmlDescription::_CheckAttributes(const XmlDeserializer& element, std::vecto
 
 void XmlDescription::_CheckChildren(const XmlDeserializer& element, std::vector<XmlFinding>& findings) const
 {
-    std::map<const XmlDescription*, int> counts;
+    std::vector<int> counts(m_children.size());
     const auto* child = element.GetElement().FirstChildElement();
     for (; child; child = child->NextSiblingElement())
     {
-        const auto rule =
-            std::ranges::find(m_children, child->Name(), [](const XmlDescription& r) { return r.m_name; });
-        Try(findings, [&] {
-            if (rule == m_children.end())
-                XmlDetails::Throw(*child, QStringLiteral("this element is not expected"));
-            if (++counts[&*rule] == rule->m_most + 1L)
+        const auto rule = std::ranges::find(m_children, child->Name(), &XmlDescription::m_name);
+        if (rule == m_children.end())
+        {
+            findings.push_back(MakeUnexpected(*child));
+            continue;
+        }
+        if (counts[static_cast<std::size_t>(rule - m_children.begin())]++ == rule->m_most)
+            Try(findings, [&] {
                 XmlDetails::Throw(*child,
                                   QStringLiteral("one too many: at most %1 expected").arg(rule->m_most));
-            rule->_Check(XmlDeserializer(*child, element.GetVersion()), findings);
-        });
+            });
+        rule->_Check(XmlDeserializer(*child, element.GetVersion()), findings);
     }
-    for (const XmlDescription& rule : m_children)
+    for (std::size_t i = 0; i < counts.size(); ++i)
     {
-        const int count = counts[&rule];
+        const XmlDescription& rule = m_children[i];
         const auto nothing = [](const XmlDeserializer&) {};
         Try(findings, [&] {
-            if (count == 0 && rule.m_least == 1)
+            if (counts[i] == 0 && rule.m_least == 1)
                 element.Child(rule.m_name, nothing, true);
-            else if (count == 0 && rule.m_least > 1)
+            else if (counts[i] == 0 && rule.m_least > 1)
                 element.ForEachChild(rule.m_name, nothing, true);
-            else if (count < rule.m_least)
+            else if (counts[i] < rule.m_least)
                 element.Throw(QStringLiteral("it has %1 <%2>; at least %3 expected")
-                                  .arg(count)
+                                  .arg(counts[i])
                                   .arg(ToText(rule.m_name.c_str()))
                                   .arg(rule.m_least));
         });

@@ -1,5 +1,7 @@
 #include "VekAppCore/Xml/XmlDeserializer.h"
+#include "Xml/PathDocument.h"
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 namespace vek
@@ -8,8 +10,7 @@ namespace
 {
 using tinyxml2::XMLAttribute;
 using tinyxml2::XMLElement;
-
-std::string_view ToView(const char* text) { return text ? std::string_view(text) : std::string_view(); }
+using tinyxml2::XMLNode;
 
 bool IsIgnored(std::string_view attribute, const std::vector<AsciiStringView>& ignored)
 {
@@ -28,32 +29,44 @@ bool HaveEqualAttributes(const XMLElement& a, const XMLElement& b,
         if (IsIgnored(attribute->Name(), ignored))
             continue;
         const char* const other = b.Attribute(attribute->Name());
-        if (!other || ToView(other) != attribute->Value())
+        if (!other || std::strcmp(other, attribute->Value()) != 0)
             return false;
         ++counts[0];
     }
     return counts[0] == counts[1];
 }
 
+/// All text up to the next element, which @p node becomes; null behind the last one.
+std::string TakeText(const XMLNode*& node)
+{
+    std::string text;
+    for (; node && !node->ToElement(); node = node->NextSibling())
+        if (node->ToText())
+            text += node->Value();
+    return text;
+}
+
 bool AreEqual(const XMLElement& a, const XMLElement& b, const std::vector<AsciiStringView>& ignored)
 {
-    if (ToView(a.Name()) != b.Name() || ToView(a.GetText()) != ToView(b.GetText()) ||
-        !HaveEqualAttributes(a, b, ignored))
+    if (std::strcmp(a.Name(), b.Name()) != 0 || !HaveEqualAttributes(a, b, ignored))
         return false;
-    const XMLElement* childOfA = a.FirstChildElement();
-    const XMLElement* childOfB = b.FirstChildElement();
-    while (childOfA && childOfB && AreEqual(*childOfA, *childOfB, ignored))
+    const XMLNode* childOfA = a.FirstChild();
+    const XMLNode* childOfB = b.FirstChild();
+    for (;; childOfA = childOfA->NextSibling(), childOfB = childOfB->NextSibling())
     {
-        childOfA = childOfA->NextSiblingElement();
-        childOfB = childOfB->NextSiblingElement();
+        if (TakeText(childOfA) != TakeText(childOfB))
+            return false;
+        if (!childOfA || !childOfB)
+            return childOfA == childOfB;
+        if (!AreEqual(*childOfA->ToElement(), *childOfB->ToElement(), ignored))
+            return false;
     }
-    return !childOfA && !childOfB;
 }
 
 [[noreturn]] void ThrowNoChild(const XMLElement& element, const char* form, const AsciiStringView& name,
                                const std::source_location& where)
 {
-    XmlDetails::Details::ThrowAt(element, QLatin1String(form) + name.ToString() + u'>', where);
+    XmlDetails::ThrowAt(element, QLatin1String(form) + name.ToString() + u'>', where);
 }
 } // namespace
 

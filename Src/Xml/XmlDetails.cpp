@@ -1,5 +1,6 @@
 #include "VekAppCore/Xml/XmlDetails.h"
 #include "Xml/PathDocument.h"
+#include "Xml/XmlText.h"
 #include <QColor>
 #include <QPoint>
 #include <QVariant>
@@ -15,6 +16,7 @@ namespace
 {
 using tinyxml2::XMLElement;
 using tinyxml2::XMLError;
+using tinyxml2::XMLNode;
 using tinyxml2::XMLUtil;
 
 constexpr const char* typeAttribute = "Type";
@@ -84,10 +86,11 @@ bool ReadFloating(const char* text, T& value)
     return true;
 }
 
-void RefuseNull(const XMLElement& element, const std::string& text, const std::source_location& where)
+/// What could be written, but not read again.
+void RefuseUnreadable(const XMLElement& element, const std::string& text, const std::source_location& where)
 {
-    if (text.find('\0') != std::string::npos)
-        Throw(element, QStringLiteral("a text with a null character cannot be written"), where);
+    if (text.find('\0') != std::string::npos || !QByteArrayView(text).isValidUtf8())
+        Throw(element, QStringLiteral("a text with a null character or no UTF-8 cannot be written"), where);
 }
 
 /// Puts it there in the place of what is there, or takes that away.
@@ -99,6 +102,24 @@ void PutOptionalAttribute(XMLElement& element, const char* name, const QByteArra
         element.SetAttribute(name, text.constData());
 }
 } // namespace
+
+void ThrowAt(const XMLElement& element, const QString& rest, const std::source_location& where)
+{
+    const QString name = QString::fromUtf8(element.Name());
+    const auto* const document = dynamic_cast<const PathDocument*>(element.GetDocument());
+    throw XmlException(QStringLiteral("Line %1: <").arg(element.GetLineNum()) + name + u'>' + rest,
+                       {element.GetLineNum(), name, document ? document->path : QString()}, where);
+}
+
+void RequireName(const XMLElement& element, const AsciiStringView& name, const std::source_location& where)
+{
+    const std::string_view text = name.GetText();
+    const bool isName =
+        !text.empty() && XMLUtil::IsNameStartChar(static_cast<unsigned char>(text[0])) &&
+        std::ranges::all_of(text, [](char c) { return XMLUtil::IsNameChar(static_cast<unsigned char>(c)); });
+    if (!isName)
+        Throw(element, QStringLiteral("<%1> is no name of XML").arg(name.ToString()), where);
+}
 
 namespace Details
 {
@@ -126,23 +147,49 @@ std::string WriteBool(bool value)
     return text.data();
 }
 
-void ThrowAt(const XMLElement& element, const QString& rest, const std::source_location& where)
+const char* FindText(const XMLElement& element, std::string& joined)
 {
-    const QString name = QString::fromUtf8(element.Name());
-    throw XmlException(QStringLiteral("Line %1: <").arg(element.GetLineNum()) + name + u'>' + rest,
-                       {element.GetLineNum(), name, GetPath(element)}, where);
+    const char* text = element.GetText();
+    if (!text)
+        return nullptr;
+    const XMLNode* node = element.FirstChild();
+    while (!node->ToText())
+        node = node->NextSibling();
+    for (node = node->NextSibling(); node && !node->ToElement(); node = node->NextSibling())
+        if (node->ToText())
+        {
+            joined = std::string(text) + node->Value();
+            text = joined.c_str();
+        }
+    return text;
 }
 
 void PutAttribute(XMLElement& element, AsciiStringView name, const std::string& text,
                   const std::source_location& where)
 {
-    RefuseNull(element, text, where);
+    RefuseUnreadable(element, text, where);
+    if (!element.FindAttribute(name.GetText()))
+    {
+        RequireName(element, name, where);
+        int count = 0;
+        for (const auto* attribute = element.FirstAttribute(); attribute; attribute = attribute->Next())
+            ++count;
+        if (count >= mostAttributes)
+            Throw(element, QStringLiteral("it has too many attributes to be read again"), where);
+    }
     element.SetAttribute(name.GetText(), text.c_str());
 }
 
 void PutText(XMLElement& element, const std::string& text, const std::source_location& where)
 {
-    RefuseNull(element, text, where);
+    RefuseUnreadable(element, text, where);
+    for (XMLNode* node = element.FirstChild(); node;)
+    {
+        XMLNode* const next = node->NextSibling();
+        if (node->ToText())
+            element.DeleteChild(node);
+        node = next;
+    }
     element.SetText(text.c_str());
     // Without characters, a text would not be found again unless it is marked as one.
     element.FirstChild()->ToText()->SetCData(text.empty());
@@ -182,7 +229,10 @@ bool ReadText(const char* text, QPoint& value)
 
 std::string WriteText(float value) { return WriteFloating(value, 8); }
 std::string WriteText(double value) { return WriteFloating(value, 17); }
-std::string WriteText(const QString& value) { return value.toStdString(); }
+std::string WriteText(const QString& value)
+{
+    return value.isValidUtf16() ? value.toStdString() : "\xff"; // which is refused
+}
 std::string WriteText(const TrString& value) { return WriteText(value.GetKey()); }
 std::string WriteText(const QPoint& value)
 {
@@ -197,10 +247,9 @@ bool HandleAttributeError(XMLError error, const XMLElement& element, AsciiString
     if (!mandatory)
         return false;
     if (error == tinyxml2::XML_NO_ATTRIBUTE)
-        Details::ThrowAt(element, QStringLiteral(" does not contain the attribute <%1>").arg(name.ToString()),
-                         where);
+        ThrowAt(element, QStringLiteral(" does not contain the attribute <%1>").arg(name.ToString()), where);
     if (error == tinyxml2::XML_WRONG_ATTRIBUTE_TYPE)
-        Details::ThrowAt(element, QStringLiteral(" wrong attribute cast <%1>").arg(name.ToString()), where);
+        ThrowAt(element, QStringLiteral(" wrong attribute cast <%1>").arg(name.ToString()), where);
     ThrowNoAttributeFound(element, name, where);
 }
 
@@ -212,26 +261,25 @@ bool HandleValueError(XMLError error, const XMLElement& element, bool mandatory,
     if (!mandatory)
         return error == tinyxml2::XML_NO_TEXT_NODE;
     if (error == tinyxml2::XML_CAN_NOT_CONVERT_TEXT)
-        Details::ThrowAt(element, QStringLiteral(" bad cast"), where);
+        ThrowAt(element, QStringLiteral(" bad cast"), where);
     if (error == tinyxml2::XML_NO_TEXT_NODE)
-        Details::ThrowAt(element, QStringLiteral(" doesn't contain value"), where);
+        ThrowAt(element, QStringLiteral(" doesn't contain value"), where);
     ThrowNoValueFound(element, where);
 }
 
 void ThrowNoAttributeFound(const XMLElement& element, AsciiStringView name, const std::source_location& where)
 {
-    Details::ThrowAt(element, QStringLiteral(" unable to retrieve the attribute <%1>").arg(name.ToString()),
-                     where);
+    ThrowAt(element, QStringLiteral(" unable to retrieve the attribute <%1>").arg(name.ToString()), where);
 }
 
 void ThrowNoValueFound(const XMLElement& element, const std::source_location& where)
 {
-    Details::ThrowAt(element, QStringLiteral(" unable to retrieve the value"), where);
+    ThrowAt(element, QStringLiteral(" unable to retrieve the value"), where);
 }
 
 void Throw(const XMLElement& element, const QString& message, const std::source_location& where)
 {
-    Details::ThrowAt(element, QStringLiteral(": ") + message, where);
+    ThrowAt(element, QStringLiteral(": ") + message, where);
 }
 
 bool GetAttribute(const XMLElement& element, AsciiStringView name, QVariant& value, bool mandatory,
@@ -270,7 +318,7 @@ bool GetValue(const XMLElement& element, QColor& value, bool mandatory, const st
     return true;
 }
 
-void SetValue(XMLElement& element, const QColor& value)
+void SetValue(XMLElement& element, const QColor& value, const std::source_location&)
 {
     const auto put = [&element, &value](const char* name, int level) {
         PutOptionalAttribute(element, name, value.isValid() ? QByteArray::number(level) : QByteArray());
@@ -298,7 +346,7 @@ bool GetValue(const XMLElement& element, Triplet& value, bool mandatory, const s
     return true;
 }
 
-void SetValue(XMLElement& element, const Triplet& value)
+void SetValue(XMLElement& element, const Triplet& value, const std::source_location&)
 {
     SetAttribute(element, "x", value.x);
     SetAttribute(element, "y", value.y);

@@ -7,7 +7,6 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 #include <QStringDecoder>
-#include <QStringEncoder>
 #include <algorithm>
 #include <cstdio>
 
@@ -15,11 +14,19 @@ namespace vek
 {
 namespace
 {
+/// Null where the document does not start with one, but with another "<?...?>", say.
+tinyxml2::XMLNode* FindDeclaration(tinyxml2::XMLDocument& document)
+{
+    tinyxml2::XMLNode* const first = document.FirstChild();
+    const bool isDeclaration =
+        first && first->ToDeclaration() && std::string_view(first->Value()).starts_with("xml ");
+    return isDeclaration ? first : nullptr;
+}
+
 /// From now on it is UTF-8, whatever it was in its file.
 void DeclareUtf8(tinyxml2::XMLDocument& document)
 {
-    tinyxml2::XMLDeclaration* const declaration =
-        document.FirstChild() ? document.FirstChild()->ToDeclaration() : nullptr;
+    tinyxml2::XMLNode* const declaration = FindDeclaration(document);
     if (!declaration)
         return;
     static const QRegularExpression encoding(QStringLiteral(R"((\sencoding\s*=\s*)(["'])[^"']*["'])"));
@@ -97,10 +104,9 @@ void XmlDocument::LoadFile(const QString& path, const std::source_location& wher
 void XmlDocument::LoadString(const QString& text, const std::source_location& where)
 {
     m_document = std::make_unique<PathDocument>();
-    QStringEncoder encoder(QStringConverter::Utf8);
-    const QByteArray utf8 =
-        encoder(text.startsWith(QChar::ByteOrderMark) ? QStringView(text).sliced(1) : text);
-    if (encoder.hasError())
+    const QStringView view = text;
+    const QByteArray utf8 = view.sliced(text.startsWith(QChar::ByteOrderMark) ? 1 : 0).toUtf8();
+    if (!text.isValidUtf16())
         throw XmlException(QStringLiteral("Impossible to parse XML string"), {}, where);
     _Parse(ToView(utf8), {}, where);
 }
@@ -136,20 +142,21 @@ XmlDeserializer XmlDocument::Deserialize(const AsciiStringView& rootName,
     return XmlDeserializer(*root, XmlDeserializer(*root).GetAttributeOr("version", 0));
 }
 
-XmlSerializer XmlDocument::Serializer(const AsciiStringView& rootName)
+XmlSerializer XmlDocument::Serializer(const AsciiStringView& rootName, const std::source_location& where)
 {
     tinyxml2::XMLElement* root = m_document->FirstChildElement(rootName.GetText());
     if (!root)
     {
         root = m_document->NewElement(rootName.GetText());
         m_document->InsertEndChild(root);
+        XmlDetails::RequireName(*root, rootName, where);
     }
     return XmlSerializer(*root, XmlDeserializer(*root).GetAttributeOr("version", 0));
 }
 
 void XmlDocument::_AddDeclaration()
 {
-    if (m_document->FirstChild() && !m_document->FirstChild()->ToDeclaration())
+    if (m_document->FirstChild() && !FindDeclaration(*m_document))
         m_document->InsertFirstChild(m_document->NewDeclaration());
 }
 

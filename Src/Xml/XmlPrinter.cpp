@@ -29,9 +29,17 @@ bool XmlPrinter::Visit(const tinyxml2::XMLText& text)
             std::string_view(text.Value()).find_first_not_of(blanks) == std::string_view::npos;
         m_referred = isBlank ? blanks : "\r";
     }
-    const bool isVisited = XMLPrinter::Visit(text);
+    // Beside the root, it is what the parser has left of a DOCTYPE: its ">" is none of a text.
+    if (!text.CData() && text.Parent() && text.Parent()->ToDocument())
+        for (const char* c = text.Value(); *c != '\0'; ++c)
+            if (*c == '&' || *c == '<')
+                _Append(*c == '&' ? "&amp;" : "&lt;");
+            else
+                Write(c, 1);
+    else
+        XMLPrinter::Visit(text);
     m_referred = {};
-    return isVisited;
+    return true;
 }
 
 void XmlPrinter::Write(const char* data, std::size_t size)

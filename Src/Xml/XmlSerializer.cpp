@@ -1,4 +1,5 @@
 #include "VekAppCore/Xml/XmlSerializer.h"
+#include "Xml/PathDocument.h"
 
 namespace vek
 {
@@ -24,13 +25,18 @@ void XmlSerializer::Child(const AsciiStringView& name, const Visit& visit, const
 {
     if (GetDepth(*m_element) >= mostLevels)
         XmlDetails::Throw(*m_element, QStringLiteral("a child would lie too deep to be read again"), where);
+    XmlDetails::RequireName(*m_element, name, where);
     XmlSerializer child(*m_element->InsertNewChildElement(name.GetText()), m_version);
     visit(child);
 }
 
 QString XmlSerializer::Name() const { return QString::fromUtf8(m_element->Name()); }
 
-void XmlSerializer::SetName(const AsciiStringView& name) { m_element->SetName(name.GetText()); }
+void XmlSerializer::SetName(const AsciiStringView& name, const std::source_location& where)
+{
+    XmlDetails::RequireName(*m_element, name, where);
+    m_element->SetName(name.GetText());
+}
 
 void XmlSerializer::SetVersion(int version)
 {

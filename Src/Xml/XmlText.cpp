@@ -11,7 +11,7 @@ namespace vek
 namespace
 {
 constexpr qsizetype mostOfDeclaration = 1024;
-constexpr int mostAttributes = 1024;
+constexpr int mostEscaped = 1 << 20; // each takes five characters for one
 
 std::optional<QByteArray> Decode(const QByteArray& bytes, QStringDecoder decoder)
 {
@@ -19,13 +19,15 @@ std::optional<QByteArray> Decode(const QByteArray& bytes, QStringDecoder decoder
         1 << 20; // all of a large file as UTF-16 would take twice its size once more
     QStringEncoder encoder(QStringConverter::Utf8);
     QByteArray utf8;
+    bool endsInPair = false; // in the middle of it
     for (qsizetype at = 0; at < bytes.size() && decoder.isValid(); at += chunkSize)
     {
         const auto chunk = QByteArrayView(bytes).sliced(at, std::min(chunkSize, bytes.size() - at));
         const QString text = decoder(chunk);
+        endsInPair = !text.isEmpty() && text.back().isHighSurrogate();
         utf8 += QByteArray(encoder(text));
     }
-    if (!decoder.isValid() || decoder.hasError() || encoder.hasError())
+    if (!decoder.isValid() || decoder.hasError() || encoder.hasError() || endsInPair)
         return std::nullopt;
     return utf8;
 }
@@ -89,13 +91,19 @@ private:
     {
         const std::string_view rest = m_text.substr(std::min(at, m_text.size()));
         if (rest.starts_with("?"))
-            return _Skip(at, "?>");
+            return _Skip(at + 1, "?>");
         if (rest.starts_with("!--"))
             return _Skip(at + 3, "-->");
         if (rest.starts_with("![CDATA["))
-            return _Skip(at, "]]>");
+            return _Skip(at + 8, "]]>");
         if (rest.starts_with("!"))
             return _Skip(at, ">");
+        if (rest.substr(std::min(rest.find_first_not_of(" \t\n\v\f\r"), rest.size())).starts_with('/'))
+        {
+            if (--m_depth < 0)
+                m_scan.unparsable = std::min(m_scan.unparsable, at);
+            return _Skip(at, ">");
+        }
         int attributes = 0;
         for (; at < m_text.size() && m_text[at] != '>'; ++at)
         {
@@ -108,6 +116,8 @@ private:
             _Escape(at + 1, end);
             at = end;
         }
+        if (at < m_text.size() && m_text[at - 1] != '/')
+            ++m_depth;
         return at + 1;
     }
 
@@ -115,9 +125,12 @@ private:
     {
         if (!m_hasAmpersands)
             return;
-        for (std::size_t at = begin; (at = m_text.find('&', at)) < end; ++at)
+        const std::string_view part = m_text.substr(0, end);
+        for (std::size_t at = begin; (at = part.find('&', at)) != npos; ++at)
             if (!IsReference(m_text.substr(at + 1)))
             {
+                if (++m_escaped > mostEscaped)
+                    m_scan.unparsable = std::min(m_scan.unparsable, at);
                 m_scan.escaped.append(m_text.substr(m_copied, at - m_copied)).append("&amp;");
                 m_copied = at + 1;
             }
@@ -125,6 +138,8 @@ private:
 
     std::string_view m_text;
     bool m_hasAmpersands;
+    int m_depth = 0; ///< Of open elements.
+    int m_escaped = 0;
     std::size_t m_copied = 0; ///< Before it, all is in the escaped text.
     XmlScan m_scan;
 };
@@ -143,8 +158,11 @@ std::optional<QByteArray> DecodeXml(QByteArray bytes)
     }
     // Where the declaration can be read byte by byte, it is no UTF-16, whatever it says.
     const QByteArray declared = marked ? QByteArray() : GetDeclaredEncoding(bytes).toUpper();
-    const bool isUtf8 = declared.isEmpty() || declared == "US-ASCII" || declared.startsWith("UTF-8") ||
-                        declared.startsWith("UTF-16") || declared.startsWith("UTF-32");
+    const bool isUtf8 = declared.isEmpty() || declared == "US-ASCII" || declared == "UTF8" ||
+                        declared.startsWith("UTF-8") || declared.startsWith("UTF-16") ||
+                        declared.startsWith("UTF-32");
+    if (declared == "LOCALE" || declared == "SYSTEM") // to Qt, what the user's system happens to have
+        return std::nullopt;
     if (!isUtf8)
         return Decode(bytes, QStringDecoder(declared.constData()));
     if (marked)

@@ -1,5 +1,6 @@
 #include "VekAppCore/App/RegisterService.h"
 #include "VekAppCore/Xml/IXmlValidatorService.h"
+#include <algorithm>
 #include <map>
 
 namespace vek
@@ -17,16 +18,23 @@ public:
         m_descriptions.insert_or_assign(name, std::move(description));
     }
 
-    std::vector<XmlFinding> Validate(const XmlDocument& document,
-                                     const AsciiStringView& rootName) const override
+    std::vector<XmlFinding> Validate(const XmlDocument& document, const AsciiStringView& rootName,
+                                     const std::source_location& where) const override
     {
         const auto found = m_descriptions.find(rootName.GetText());
         if (found == m_descriptions.end())
             throw Exception::KeyNotFoundException(
-                QStringLiteral("Key not found: %1").arg(rootName.ToString()));
+                QStringLiteral("Key not found: %1").arg(rootName.ToString()), where);
         try
         {
-            return found->second.Check(document.Deserialize(rootName));
+            const XmlDeserializer root = document.Deserialize(rootName);
+            std::vector<XmlFinding> findings = found->second.Check(root);
+            const auto* other = root.GetElement().GetDocument()->FirstChildElement();
+            for (; other; other = other->NextSiblingElement())
+                if (other != &root.GetElement())
+                    findings.push_back(XmlDescription::MakeUnexpected(*other));
+            std::ranges::stable_sort(findings, {}, &XmlFinding::line);
+            return findings;
         }
         catch (const XmlException& exception) // without a root
         {

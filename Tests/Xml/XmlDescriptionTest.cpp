@@ -19,6 +19,7 @@ namespace
                               .OptionalAttribute<Unit::Length>("width")
                               .OptionalAttribute<QVariant>("any")
                               .Child(XmlDescription("title").Value<QString>())
+                              .Child(XmlDescription("remark").OptionalValue<int>(), 0)
                               .Child(XmlDescription("note").Value<int>(), 0)
                               .Child(XmlDescription("colour").Value<QColor>().Attribute<bool>("on"), 1, 2)
                               .Child(XmlDescription("point").Value<Triplet>(), 3, XmlDescription::anyNumber));
@@ -48,8 +49,8 @@ TEST(XmlValidatorService, ReportsAllThatIsNotAsDescribed)
     const QString colour = "<colour r='1' g='2' b='3' on='1'/>";
     EXPECT_THAT(validate("<plate number='1' any='1' Type='int'>" + points + colour + title + "</plate>"),
                 testing::IsEmpty());
-    EXPECT_THAT(validate("<plate number='1' width='1 mm'>" + colour.repeated(2) + title + "<note>1</note>" +
-                         points.repeated(9) + "</plate>"),
+    EXPECT_THAT(validate("<plate number='1' width='1 mm'>" + colour.repeated(2) + title +
+                         "<note>1</note><remark/>" + points.repeated(9) + "</plate>"),
                 testing::IsEmpty());
     EXPECT_THAT(validate("<other/>"),
                 testing::ElementsAre("Xml document does not contain the root element: <plate>"));
@@ -60,13 +61,13 @@ TEST(XmlValidatorService, ReportsAllThatIsNotAsDescribed)
             "\n<colour r='1' on='1' x='1'>t</colour><title/>\n<point x='1' y='2' z='3'><a/></point>text</plate>"),
         testing::ElementsAre(
             "Line 1: <plate> wrong attribute cast <number>", "Line 1: <plate> wrong attribute cast <width>",
-            "Line 1: <plate>: the attribute <more> is not expected",
+            "Line 1: <plate>: the attribute <more> is not expected", "Line 1: <plate>: no text is expected",
             "Line 1: <plate>: it has 1 <point>; at least 3 expected", "Line 3: <note> bad cast",
             "Line 3: <note>: one too many: at most 1 expected", "Line 4: <new>: this element is not expected",
             "Line 5: <colour>: one too many: at most 2 expected",
             "Line 6: <colour>: the attribute <x> is not expected",
-            "Line 6: <colour> unable to retrieve the value", "Line 6: <title> doesn't contain value",
-            "Line 7: <a>: this element is not expected"));
+            "Line 6: <colour> unable to retrieve the value", "Line 6: <colour>: no text is expected",
+            "Line 6: <title> doesn't contain value", "Line 7: <a>: this element is not expected"));
     EXPECT_THAT(validate("<plate>\n</plate>"),
                 testing::ElementsAre("Line 1: <plate> does not contain the attribute <number>",
                                      "Line 1: <plate> does contain the child <title>",
@@ -74,6 +75,9 @@ TEST(XmlValidatorService, ReportsAllThatIsNotAsDescribed)
                                      "Line 1: <plate> does contain any child <point>"));
     EXPECT_THAT(validate("<plate number='1'>text" + points + colour + title + "</plate>"),
                 testing::ElementsAre("Line 1: <plate>: no text is expected"));
+    EXPECT_THAT(
+        validate("<plate number='1'><remark>x</remark>" + points + colour + title + "</plate><plate/>"),
+        testing::ElementsAre("Line 1: <remark> bad cast", "Line 1: <plate>: this element is not expected"));
     EXPECT_THROW(static_cast<void>(validator.Validate(XmlDocument(), "none")),
                  Exception::KeyNotFoundException);
 }

@@ -39,8 +39,8 @@ protected:
             const auto& place = exception.GetPlace();
             EXPECT_EQ(place.element, QString());
             EXPECT_THAT(exception.GetLocation().file_name(), testing::EndsWith("XmlDocumentTest.cpp"));
-            return std::string(exception.what()) + " @" + std::to_string(place.line) +
-                   (place.path.isEmpty() ? "" : " " + QFileInfo(place.path).fileName().toStdString());
+            const QString file = place.path.isEmpty() ? QString() : u' ' + QFileInfo(place.path).fileName();
+            return QStringLiteral("%1 @%2%3").arg(exception.what()).arg(place.line).arg(file).toStdString();
         }
     }
 
@@ -82,6 +82,8 @@ TEST_F(XmlDocumentTest, FileIsReadInItsEncoding)
         {"broken UTF-8 read", "<a b='\xe4'/>", {}},
         {"unknown encoding ignored", declared("x-none", utf8), {}},
         {"half a unit dropped", encode(QStringConverter::Utf16LE, text) + 'x', {}},
+        {"surrogate without its second half read", QByteArray::fromHex("fffe3c0061002f003e0061d8"), {}},
+        {"what only Qt calls an encoding read", declared("locale", utf8), {}},
         {"lone surrogate read", QByteArray::fromHex("fffe3c006100000061d82f003e00"), {}}};
     for (const auto& row : rows)
     {
@@ -126,6 +128,8 @@ TEST_F(XmlDocumentTest, WhatCannotBeReadLeavesTheDocumentEmpty)
                 {"<!-- \" -->\n<a" + attributes + "/>", 2},
                 {nest(99), 1},
                 {"<a>&quot", 1},
+                {"<a/>\n</b><c/>", 2},
+                {"<a>&gt;</a>\n\n< /a>", 3},
                 {"text", 1}};
     for (const auto& [text, line] : rows)
     {
@@ -140,6 +144,14 @@ TEST_F(XmlDocumentTest, WhatCannotBeReadLeavesTheDocumentEmpty)
     EXPECT_EQ(
         GetFailure([&] { static_cast<void>(XmlDocument::FromFile(Write(QByteArray("<a/>\n\0<b>", 9)))); }),
         "Impossible to parse XML string @2 a.xml");
+    // Each ampersand is looked for once, and most are no entity.
+    const QByteArray large = "<a>" + QByteArray("<p x='1' y='2'/>").repeated(200'000) + "&amp;</a>";
+    static_cast<void>(XmlDocument::FromString(large));
+    EXPECT_EQ(GetFailure([&] {
+                  static_cast<void>(
+                      XmlDocument::FromFile(Write("<a>\n" + QByteArray(1 << 21, '&') + "</a>")));
+              }),
+              "Impossible to parse XML string @2 a.xml");
     EXPECT_EQ(
         GetFailure([] { static_cast<void>(XmlDocument::FromString(u"<a>"_s + QChar(0xd800) + u"</a>"_s)); }),
         "Impossible to parse XML string @0");
@@ -184,6 +196,10 @@ TEST_F(XmlDocumentTest, IsPrintedWithADeclaration)
     EXPECT_EQ(XmlDocument::FromString("<?xml version='1.1'?><!-- --><a/>").ToString(false),
               "<?xml version='1.1'?><!-- --><a/>");
     EXPECT_EQ(XmlDocument().ToString(true), QString());
+    EXPECT_EQ(XmlDocument::FromString("<?xml-any encoding='x'?><a/>").ToString(false),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?><?xml-any encoding='x'?><a/>");
+    const char* const typed = "<?xml version=\"1.0\"?><!DOCTYPE a [<!ENTITY x '&#38;'><!ENTITY y 'z'>]><a/>";
+    EXPECT_EQ(XmlDocument::FromString(typed).ToString(false), typed);
 
     const QString path = Write("before, and longer than what follows: " + QByteArray(200, 'x'));
     using Save = bool (XmlDocument::*)(const QString&, bool);

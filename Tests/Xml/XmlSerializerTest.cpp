@@ -51,6 +51,34 @@ TEST(XmlSerializer, GoesNoDeeperThanIsRead)
               true);
 }
 
+TEST(XmlSerializer, RefusesWhatCouldNotBeReadAgain)
+{
+    XmlDocument document;
+    XmlSerializer root = document.Serializer("a");
+    for (const char* name : {"", "a b", "1", "<", "a\n"})
+    {
+        EXPECT_THROW(root.SetAttribute(name, 1), XmlException) << name;
+        EXPECT_THROW(root.Child(name, {}), XmlException) << name;
+        EXPECT_THROW(root.SetName(name), XmlException) << name;
+        EXPECT_THROW(static_cast<void>(XmlDocument().Serializer(name)), XmlException) << name;
+    }
+    for (const std::string& text : {std::string("a\0b", 3), std::string("\xff")})
+    {
+        EXPECT_THROW(root.SetAttribute("b", text), XmlException);
+        EXPECT_THROW(root.SetValue(text), XmlException);
+    }
+    EXPECT_THROW(root.SetValue(QString(QChar(0xd800))), XmlException);
+    for (int i = 0; i < 1024; ++i)
+        root.SetAttribute(QString::number(i).prepend(u'a').toStdString(), i);
+    EXPECT_THROW(root.SetAttribute("b", 1), XmlException);
+    root.SetAttribute("a0", 1); // no new one
+    static_cast<void>(XmlDocument::FromString(document.ToString(false)));
+
+    XmlDocument read = XmlDocument::FromString("<a><!-- -->1<b/>2<![CDATA[3]]></a>");
+    read.Serializer("a").SetValue(4);
+    EXPECT_EQ(read.ToString(false).mid(38), "<a>4<!-- --><b/></a>");
+}
+
 #ifndef NDEBUG
 TEST(AsciiStringViewDeathTest, RefusesWhatIsNotAscii) { EXPECT_DEATH(AsciiStringView("\u00e4"), "0x80"); }
 #endif

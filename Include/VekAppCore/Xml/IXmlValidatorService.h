@@ -18,10 +18,11 @@ public:
     /// Main thread only, at start-up. A description replaces one with the same name.
     virtual void Declare(XmlDescription description) = 0;
 
-    /// All that is not as described, in the order of the document. Any thread, once the application has
-    /// started.
+    /// All that is not as described, in the order of the document. Any thread that may read the document,
+    /// once the application has started.
     /// @throws Exception::KeyNotFoundException  no description has that name.
-    [[nodiscard]] virtual std::vector<XmlFinding> Validate(const XmlDocument& document,
-                                                           const AsciiStringView& rootName) const = 0;
+    [[nodiscard]] virtual std::vector<XmlFinding>
+    Validate(const XmlDocument& document, const AsciiStringView& rootName,
+             const std::source_location& where = std::source_location::current()) const = 0;
 };
 } // namespace vek

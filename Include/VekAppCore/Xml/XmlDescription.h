@@ -52,12 +52,23 @@ public:
     template <typename T>
     XmlDescription& Value() &
     {
-        return _SetValue<T>();
+        return _SetValue<T>(true);
     }
     template <typename T>
     [[nodiscard]] XmlDescription Value() &&
     {
-        return std::move(_SetValue<T>());
+        return std::move(_SetValue<T>(true));
+    }
+    /// The same for what stands as a text, where there is one.
+    template <typename T>
+    XmlDescription& OptionalValue() &
+    {
+        return _SetValue<T>(false);
+    }
+    template <typename T>
+    [[nodiscard]] XmlDescription OptionalValue() &&
+    {
+        return std::move(_SetValue<T>(false));
     }
 
     /// @param least  how many there are at least, 0 or more.
@@ -66,6 +77,9 @@ public:
     [[nodiscard]] XmlDescription Child(XmlDescription description, int least = 1, int most = 1) &&;
 
     [[nodiscard]] const std::string& GetName() const noexcept { return m_name; }
+
+    /// For an element that no description has.
+    [[nodiscard]] static XmlFinding MakeUnexpected(const tinyxml2::XMLElement& element);
 
     /// All that is not as described in an element and below it, in the order of the document.
     [[nodiscard]] std::vector<XmlFinding> Check(const XmlDeserializer& element) const;
@@ -93,8 +107,10 @@ private:
         return *this;
     }
     template <typename T>
-    XmlDescription& _SetValue()
+    XmlDescription& _SetValue(bool isMandatory)
     {
+        m_isMandatory = isMandatory;
+        m_isText = XmlDetails::attributesOf<T>.size() == 0;
         m_value = [](const XmlDeserializer& element) {
             T value{};
             element.GetValue(value, true);
@@ -110,8 +126,10 @@ private:
 
     std::string m_name;
     std::vector<AttributeRule> m_attributes;
-    std::vector<std::string> m_knownAttributes; ///< Those that a value is made of.
+    std::vector<std::string> m_knownAttributes; ///< Those that values are made of.
     Read m_value;                               ///< Empty where the element has no value.
+    bool m_isMandatory = true;                  ///< The value.
+    bool m_isText = false;                      ///< The value is in the text of the element.
     std::vector<XmlDescription> m_children;
     int m_least = 1; ///< How many there are in the element above.
     int m_most = 1;

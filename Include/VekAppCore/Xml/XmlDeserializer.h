@@ -7,7 +7,8 @@
 
 namespace vek
 {
-/// Walks an XML document while reading: stands on one element. It does not outlive its document. Reentrant.
+/// Walks an XML document while reading: stands on one element. It does not outlive its document. One thread
+/// at a time uses a document and what stands in it, also for reading.
 ///
 /// Where something mandatory is missing or wrong, members throw an XmlException that names the line, and
 /// carries the caller's location.
@@ -72,7 +73,8 @@ public:
         return fallback;
     }
 
-    /// Reads the values of all children of that name, in their order.
+    /// Reads the values of all children of that name, in their order; without any, there are no values.
+    /// @param mandatory  each of them must be read; else one without text has the value of a new T.
     /// @return false, with @p values unchanged, where one of them cannot be read.
     template <typename Container>
     bool GetChildren(const AsciiStringView& name, Container& values, bool mandatory,
@@ -85,7 +87,7 @@ public:
             isRead = child.GetValue(value, mandatory, where) && isRead;
             read.insert(read.end(), std::move(value));
         };
-        ForEachChild(name, add, mandatory, where);
+        ForEachChild(name, add, false);
         if (isRead)
             values = std::move(read);
         return isRead;
@@ -103,8 +105,8 @@ public:
     [[nodiscard]] int GetLine() const noexcept { return m_element->GetLineNum(); }
     [[nodiscard]] const tinyxml2::XMLElement& GetElement() const noexcept { return *m_element; }
 
-    /// Whether both have the same name, text, attributes in whatever order, and children in the same order,
-    /// all the way down. Line numbers and comments do not matter.
+    /// Whether both have the same name, attributes in whatever order, and children and texts in the same
+    /// order, all the way down. Line numbers and comments do not matter.
     /// @param ignoredAttributes  of no element compared.
     [[nodiscard]] bool IsEqual(const XmlDeserializer& other,
                                const std::vector<AsciiStringView>& ignoredAttributes) const;

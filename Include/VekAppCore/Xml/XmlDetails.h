@@ -34,13 +34,14 @@ VEKAPPCORE_EXPORT bool ReadInteger(const char* text, unsigned& value);
 VEKAPPCORE_EXPORT bool ReadInteger(const char* text, qint64& value);
 VEKAPPCORE_EXPORT bool ReadInteger(const char* text, quint64& value);
 VEKAPPCORE_EXPORT std::string WriteBool(bool value);
-/// Throws "Line %1: <%2>" and @p rest.
-[[noreturn]] void ThrowAt(const tinyxml2::XMLElement& element, const QString& rest,
-                          const std::source_location& where);
 VEKAPPCORE_EXPORT void PutAttribute(tinyxml2::XMLElement& element, AsciiStringView name,
                                     const std::string& text, const std::source_location& where);
 VEKAPPCORE_EXPORT void PutText(tinyxml2::XMLElement& element, const std::string& text,
                                const std::source_location& where);
+
+/// All of the text before the first child element; null where there is none.
+/// @param joined  keeps it where it is in pieces.
+VEKAPPCORE_EXPORT const char* FindText(const tinyxml2::XMLElement& element, std::string& joined);
 
 /// Of those that tinyxml2 reads.
 template <Integer T>
@@ -49,7 +50,8 @@ using Known = std::conditional_t<
     std::conditional_t<sizeof(T) == sizeof(int) && std::unsigned_integral<T>, unsigned, int>>;
 } // namespace Details
 
-/// Reads all of a text, which is UTF-8.
+/// Reads a text, which is UTF-8. Numbers are read as tinyxml2 does: blanks before them and anything behind
+/// them are ignored, and an integer that does not fit is what the C library makes of it.
 /// @return false, with @p value unchanged, where it is no such value.
 template <Integer T>
 [[nodiscard]] bool ReadText(const char* text, T& value)
@@ -60,7 +62,6 @@ template <Integer T>
     value = static_cast<T>(read);
     return true;
 }
-/// As tinyxml2 reads them: blanks before a number and anything behind it are ignored.
 [[nodiscard]] VEKAPPCORE_EXPORT bool ReadText(const char* text, float& value);
 [[nodiscard]] VEKAPPCORE_EXPORT bool ReadText(const char* text, double& value);
 [[nodiscard]] VEKAPPCORE_EXPORT bool ReadText(const char* text, bool& value);
@@ -145,7 +146,8 @@ bool GetAttribute(const tinyxml2::XMLElement& element, AsciiStringView name, T& 
                                 element, name, mandatory, where);
 }
 /// Adds the attribute or gives it another value.
-/// @throws XmlException  the text holds a null character, which XML has no room for.
+/// @throws XmlException  the text is no UTF-8 or holds a null character, or the name is none of XML, or the
+/// element has 1024 attributes.
 template <Writable T>
 void SetAttribute(tinyxml2::XMLElement& element, AsciiStringView name, const T& value,
                   const std::source_location& where = std::source_location::current())
@@ -158,14 +160,17 @@ template <Readable T>
 bool GetValue(const tinyxml2::XMLElement& element, T& value, bool mandatory,
               const std::source_location& where = std::source_location::current())
 {
-    const char* const text = element.GetText();
+    std::string joined;
+    const char* const text = Details::FindText(element, joined);
     if (text && ReadText(text, value))
         return true;
     return HandleValueError(text ? tinyxml2::XML_CAN_NOT_CONVERT_TEXT : tinyxml2::XML_NO_TEXT_NODE, element,
                             mandatory, where);
 }
-/// Gives the element this text in the place of the one that it has.
-/// @throws XmlException  the text holds a null character, which XML has no room for.
+/// Gives the element this text in the place of the one that it has. Control characters other than tabs and
+/// line breaks come back to us, but other parsers refuse them.
+/// @throws XmlException  the text is no UTF-8 or holds a null character, or the name is none of XML, or the
+/// element has 1024 attributes.
 template <Writable T>
 void SetValue(tinyxml2::XMLElement& element, const T& value,
               const std::source_location& where = std::source_location::current())
@@ -173,8 +178,8 @@ void SetValue(tinyxml2::XMLElement& element, const T& value,
     Details::PutText(element, WriteText(value), where);
 }
 
-/// As QVariant::toString writes it, with the name of its type in the attribute "Type"; what Qt cannot turn
-/// into text and back is not kept.
+/// As QVariant::toString writes it, with the name of its type in the attribute "Type": an element has one of
+/// them at most. What Qt cannot turn into text and back is not kept.
 VEKAPPCORE_EXPORT bool GetAttribute(const tinyxml2::XMLElement& element, AsciiStringView name,
                                     QVariant& value, bool mandatory,
                                     const std::source_location& where = std::source_location::current());
@@ -185,12 +190,14 @@ VEKAPPCORE_EXPORT void SetAttribute(tinyxml2::XMLElement& element, AsciiStringVi
 /// Of the attributes "r", "g" and "b", 0 to 255. It is opaque: alpha is not kept. An invalid one has none.
 VEKAPPCORE_EXPORT bool GetValue(const tinyxml2::XMLElement& element, QColor& value, bool mandatory,
                                 const std::source_location& where = std::source_location::current());
-VEKAPPCORE_EXPORT void SetValue(tinyxml2::XMLElement& element, const QColor& value);
+VEKAPPCORE_EXPORT void SetValue(tinyxml2::XMLElement& element, const QColor& value,
+                                const std::source_location& where = std::source_location::current());
 
 /// Of the attributes "x", "y" and "z", and "unit" where it has one.
 VEKAPPCORE_EXPORT bool GetValue(const tinyxml2::XMLElement& element, Triplet& value, bool mandatory,
                                 const std::source_location& where = std::source_location::current());
-VEKAPPCORE_EXPORT void SetValue(tinyxml2::XMLElement& element, const Triplet& value);
+VEKAPPCORE_EXPORT void SetValue(tinyxml2::XMLElement& element, const Triplet& value,
+                                const std::source_location& where = std::source_location::current());
 
 /// The attributes that a value of type T takes of its element, for the validator; an application that adds
 /// such a type specialises it.
@@ -203,42 +210,74 @@ inline constexpr std::initializer_list<const char*> attributesOf<QColor> = {"r",
 template <>
 inline constexpr std::initializer_list<const char*> attributesOf<Triplet> = {"x", "y", "z", "unit"};
 
-namespace Details
+} // namespace vek::XmlDetails
+
+/// What an application has added, in the namespaces of its types: the functions of above are not seen from
+/// here, so that they do not win over it.
+namespace vek::XmlAdditions
 {
-// Members of the classes that call these hide their names, so they are called from here.
+void GetAttribute() = delete;
+void SetAttribute() = delete;
+void GetValue() = delete;
+void SetValue() = delete;
+
+template <typename T>
+concept WithGetAttribute = requires(const tinyxml2::XMLElement& element, AsciiStringView name, T& value)
+{
+    GetAttribute(element, name, value, true);
+};
+template <typename T>
+concept WithSetAttribute = requires(tinyxml2::XMLElement& element, AsciiStringView name, const T& value)
+{
+    SetAttribute(element, name, value);
+};
+template <typename T>
+concept WithGetValue = requires(const tinyxml2::XMLElement& element, T& value)
+{
+    GetValue(element, value, true);
+};
+template <typename T>
+concept WithSetValue = requires(tinyxml2::XMLElement& element, const T& value)
+{
+    SetValue(element, value);
+};
+} // namespace vek::XmlAdditions
+
+/// For the members of the classes, which hide the names of what they call.
+namespace vek::XmlDetails::Details
+{
 template <typename T>
 bool Get(const tinyxml2::XMLElement& element, AsciiStringView name, T& value, bool mandatory,
          const std::source_location& where)
 {
-    if constexpr (requires { GetAttribute(element, name, value, mandatory, where); })
-        return GetAttribute(element, name, value, mandatory, where);
-    else
+    if constexpr (XmlAdditions::WithGetAttribute<T>)
         return GetAttribute(element, name, value, mandatory);
+    else
+        return XmlDetails::GetAttribute(element, name, value, mandatory, where);
 }
 template <typename T>
 bool Get(const tinyxml2::XMLElement& element, T& value, bool mandatory, const std::source_location& where)
 {
-    if constexpr (requires { GetValue(element, value, mandatory, where); })
-        return GetValue(element, value, mandatory, where);
-    else
+    if constexpr (XmlAdditions::WithGetValue<T>)
         return GetValue(element, value, mandatory);
+    else
+        return XmlDetails::GetValue(element, value, mandatory, where);
 }
 template <typename T>
 void Set(tinyxml2::XMLElement& element, AsciiStringView name, const T& value,
          const std::source_location& where)
 {
-    if constexpr (requires { SetAttribute(element, name, value, where); })
-        SetAttribute(element, name, value, where);
-    else
+    if constexpr (XmlAdditions::WithSetAttribute<T>)
         SetAttribute(element, name, value);
+    else
+        XmlDetails::SetAttribute(element, name, value, where);
 }
 template <typename T>
 void Set(tinyxml2::XMLElement& element, const T& value, const std::source_location& where)
 {
-    if constexpr (requires { SetValue(element, value, where); })
-        SetValue(element, value, where);
-    else
+    if constexpr (XmlAdditions::WithSetValue<T>)
         SetValue(element, value);
+    else
+        XmlDetails::SetValue(element, value, where);
 }
-} // namespace Details
-} // namespace vek::XmlDetails
+} // namespace vek::XmlDetails::Details

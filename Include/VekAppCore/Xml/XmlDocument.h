@@ -8,9 +8,12 @@ namespace vek
 struct PathDocument;
 
 /// An XML document. Elements nest 98 deep at most, and one has 1024 attributes at most; what has more is not
-/// parsed. Entities are the five of XML and characters by number; others are kept as text. Reentrant.
+/// parsed. Entities are the five of XML and characters by number; others are kept as text, whatever a DOCTYPE
+/// says. Processing instructions stand before the root only. One thread at a time uses a document and what
+/// stands in it, also for reading.
 ///
-/// What throws throws an XmlException that carries the caller's location.
+/// What throws throws an XmlException that carries the caller's location. Loading ends the deserializers and
+/// serializers of what was there.
 class VEKAPPCORE_EXPORT XmlDocument
 {
 public:
@@ -44,7 +47,9 @@ public:
                 const std::source_location& where = std::source_location::current()) const;
 
     /// For writing to the first top-level element of that name, which is added where there is none.
-    [[nodiscard]] XmlSerializer Serializer(const AsciiStringView& rootName);
+    [[nodiscard]] XmlSerializer
+    Serializer(const AsciiStringView& rootName,
+               const std::source_location& where = std::source_location::current());
 
     /// Writes the file in place, UTF-8, as a text file of the platform; where that fails, it is left cut off.
     /// @param formatted  every element on a line of its own.

@@ -4,7 +4,8 @@
 
 namespace vek
 {
-/// Builds an XML document while writing: stands on one element. It does not outlive its document. Reentrant.
+/// Builds an XML document while writing: stands on one element. It does not outlive its document. One
+/// thread at a time uses a document and what stands in it.
 class VEKAPPCORE_EXPORT XmlSerializer
 {
 public:
@@ -15,12 +16,13 @@ public:
     {}
 
     /// Adds a child at the end and calls @p visit with it.
-    /// @throws XmlException  it would lie deeper than can be read again, which is 98 elements.
+    /// @throws XmlException  it would lie deeper than can be read again, which is 98 elements, or the name is
+    /// none of XML.
     void Child(const AsciiStringView& name, const Visit& visit,
                const std::source_location& where = std::source_location::current());
 
     /// Adds the attribute or gives it another value.
-    /// @throws XmlException  the text holds a null character, which XML has no room for.
+    /// @throws XmlException  it could not be read again; see XmlDetails::SetAttribute.
     template <typename T>
     void SetAttribute(const AsciiStringView& name, const T& value,
                       const std::source_location& where = std::source_location::current())
@@ -44,7 +46,9 @@ public:
     }
 
     [[nodiscard]] QString Name() const;
-    void SetName(const AsciiStringView& name);
+    /// @throws XmlException  it is none of XML.
+    void SetName(const AsciiStringView& name,
+                 const std::source_location& where = std::source_location::current());
 
     [[nodiscard]] int GetVersion() const noexcept { return m_version; }
     /// The version of the document: children that are added from now on carry it, and the root has it as its
