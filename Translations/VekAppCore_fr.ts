@@ -20,6 +20,25 @@
     </message>
 </context>
 <context>
+    <name>ConsentPanel</name>
+    <message>
+        <source>With your consent, this program tells its makers how it is used: which pages and dialogs are opened, which commands are used and how long they take, together with the version and the language of the program, the size of the screen and the kind of processor. It never sends files, measurements, names or anything that you type. You may change your mind at any time: what has not been sent by then is dropped.</source>
+        <translation>Avec votre accord, ce programme indique à ses auteurs comment il est utilisé : quelles pages et quelles boîtes de dialogue sont ouvertes, quelles commandes sont utilisées et combien de temps elles prennent, avec la version et la langue du programme, la taille de l’écran et le type de processeur. Il n’envoie jamais de fichiers, de mesures, de noms ni rien de ce que vous saisissez. Vous pouvez changer d’avis à tout moment : ce qui n’a pas encore été envoyé est abandonné.</translation>
+    </message>
+    <message>
+        <source>Send usage statistics</source>
+        <translation>Envoyer des statistiques d’utilisation</translation>
+    </message>
+    <message>
+        <source>What has been sent, as it went (the newest first, 50 at most):</source>
+        <translation>Ce qui a été envoyé, tel quel (le plus récent d’abord, 50 au plus) :</translation>
+    </message>
+    <message>
+        <source>The settings of this computer decide.</source>
+        <translation>Les réglages de cet ordinateur en décident.</translation>
+    </message>
+</context>
+<context>
     <name>LogPanel</name>
     <message>
         <source>Error</source>

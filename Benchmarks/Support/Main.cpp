@@ -24,7 +24,7 @@ namespace vek::Benchmark
 {
 namespace
 {
-constexpr std::size_t repetitions = 15;
+constexpr std::size_t usualRepetitions = 15;
 constexpr double secondsPerRepetition = 0.1;
 constexpr int roundsThatSetTime = 20;
 
@@ -35,6 +35,11 @@ struct Result
     std::vector<double> peer{};
     std::string fault{};
 };
+
+std::size_t GetRepetitions(const Pair& pair)
+{
+    return pair.timing == ETiming::OwnOnce ? 1 : usualRepetitions;
+}
 
 double GetMedian(std::vector<double> values)
 {
@@ -97,6 +102,7 @@ public:
             times->push_back(run.GetAdjustedRealTime());
             if (run.error_occurred)
                 result->fault = run.error_message;
+            const std::size_t repetitions = GetRepetitions(result->pair);
             if (result->ours.size() < repetitions || result->peer.size() < repetitions)
                 continue;
             if (result->fault.empty())
@@ -117,7 +123,7 @@ private:
     void _Register(Result& result)
     {
         const Pair& pair = result.pair;
-        for (std::size_t repetition = 0; repetition < repetitions; ++repetition)
+        for (std::size_t repetition = 0; repetition < GetRepetitions(pair); ++repetition)
         {
             _Register(fmt::format("{} against {}", pair.subject, pair.peer), pair.measureOurs,
                       {&result, &result.ours});
@@ -130,8 +136,9 @@ private:
         m_targets.emplace(name, target);
         auto* const registered =
             benchmark::RegisterBenchmark(name.c_str(), measure)->Unit(benchmark::kNanosecond);
-        if (target.result->pair.setsTime)
-            registered->UseManualTime()->Iterations(roundsThatSetTime);
+        const ETiming timing = target.result->pair.timing;
+        if (timing != ETiming::Wall)
+            registered->UseManualTime()->Iterations(timing == ETiming::Own ? roundsThatSetTime : 1);
         else
             registered->UseRealTime()->MinTime(secondsPerRepetition);
     }

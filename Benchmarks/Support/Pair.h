@@ -6,6 +6,13 @@
 
 namespace vek::Benchmark
 {
+enum class ETiming
+{
+    Wall,
+    Own,     ///< A round tells its own time, which is only a part of it.
+    OwnOnce, ///< The same for a round that takes so long that one is enough.
+};
+
 /// One case: ours beside a peer that does the same work.
 struct Pair
 {
@@ -14,7 +21,7 @@ struct Pair
     std::optional<double> wanted; ///< The least ratio of peer's time to ours; empty where it is only shown.
     void (*measureOurs)(benchmark::State&);
     void (*measurePeer)(benchmark::State&);
-    bool setsTime = false; ///< A round tells its own time, which is only a part of it.
+    ETiming timing = ETiming::Wall;
 };
 
 /// Adds pairs to those that the program measures. One object at namespace scope of each benchmark file.

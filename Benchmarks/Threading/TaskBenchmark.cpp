@@ -184,6 +184,6 @@ const Benchmark::Pairs pairs{
      Launch<ThreadPoolTasks, 10000>},
     {"Task/OneToMain", concurrent, 2.0, Launch<VekTasks, 1>, Launch<QtConcurrentTasks, 1>},
     {"Task/Progress", "atomic counter", 0.5, Progress<VekSteps>, Progress<AtomicSteps>},
-    {"Task/WaitUntil", concurrent, {}, VekWait, WatcherWait, true}};
+    {"Task/WaitUntil", concurrent, {}, VekWait, WatcherWait, Benchmark::ETiming::Own}};
 } // namespace
 } // namespace vek::Threading

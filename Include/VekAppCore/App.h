@@ -8,6 +8,7 @@
 #include "VekAppCore/App/FactoryService.h"
 #include "VekAppCore/App/Folders.h"
 #include "VekAppCore/App/IApp.h"
+#include "VekAppCore/App/IAppFeatureService.h"
 #include "VekAppCore/App/InitExtension.h"
 #include "VekAppCore/App/Log.h"
 #include "VekAppCore/App/LogFile.h"

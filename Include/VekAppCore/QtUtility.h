@@ -1,2 +1,3 @@
 #pragma once
 #include "VekAppCore/QtUtility/EventFilter.h"
+#include "VekAppCore/QtUtility/SafeConnect.h"

@@ -1,6 +1,8 @@
 #pragma once
+#include "VekAppCore/Analytics.h"
 #include "VekAppCore/App.h"
 #include "VekAppCore/Data.h"
+#include "VekAppCore/Network.h"
 #include "VekAppCore/QtUtility.h"
 #include "VekAppCore/Settings.h"
 #include "VekAppCore/Text.h"

@@ -35,6 +35,12 @@ QString GetPublicFolder();
 /// What separates the items of a list in the user's regional settings; empty where the system does not tell.
 QString GetListSeparator();
 
+/// As its maker calls it; empty where the system does not tell.
+QString GetProcessorName();
+
+/// That is installed, in bytes; 0 where the system does not tell.
+std::uint64_t GetMemorySize();
+
 /// Opens a file to be written anew, with the line ends of the platform; null where that fails. The caller
 /// closes it.
 std::FILE* OpenForWriting(const QString& path);

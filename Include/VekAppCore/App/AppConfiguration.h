@@ -69,6 +69,8 @@ struct AppConfiguration
     QString licenseFile;
     QString releaseNotesFile;
     QString analyticsTrackingId;
+    /// Of the collection host of Google Analytics: scheme, host and, where it is an unusual one, port.
+    QString analyticsAddress = QStringLiteral("https://www.google-analytics.com");
 
     EAppType appType = static_cast<EAppType>(-1);
     VersionNumber version{};       ///< Of the application.

@@ -64,6 +64,24 @@ QString GetPublicFolder() { return QStandardPaths::writableLocation(QStandardPat
 
 QString GetListSeparator() { return {}; }
 
+QString GetProcessorName()
+{
+    std::ifstream file("/proc/cpuinfo");
+    for (std::string line; std::getline(file, line);)
+        if (line.starts_with("model name"))
+            return QString::fromStdString(line.substr(line.find(':') + 1)).simplified();
+    return {};
+}
+
+std::uint64_t GetMemorySize()
+{
+    const long pages = ::sysconf(_SC_PHYS_PAGES);
+    const long pageSize = ::sysconf(_SC_PAGESIZE);
+    return pages > 0 && pageSize > 0
+               ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize)
+               : 0;
+}
+
 std::FILE* OpenForWriting(const QString& path)
 {
     return std::fopen(QFile::encodeName(path).constData(), "w");

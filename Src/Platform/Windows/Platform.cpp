@@ -1,6 +1,7 @@
 #include "Platform/Platform.h"
 #include <QDir>
 #include <QRegularExpression>
+#include <QSettings>
 #include <array>
 #include <cfloat>
 #include <memory>
@@ -82,6 +83,20 @@ QString GetListSeparator()
     GetLocaleInfoEx(LOCALE_NAME_USER_DEFAULT, LOCALE_SLIST, separator.data(),
                     static_cast<int>(separator.size()));
     return QString::fromWCharArray(separator.data());
+}
+
+QString GetProcessorName()
+{
+    const QSettings key(
+        QStringLiteral(R"(HKEY_LOCAL_MACHINE\HARDWARE\DESCRIPTION\System\CentralProcessor\0)"),
+        QSettings::NativeFormat);
+    return key.value(QStringLiteral("ProcessorNameString")).toString().simplified();
+}
+
+std::uint64_t GetMemorySize()
+{
+    ULONGLONG kibibytes = 0;
+    return GetPhysicallyInstalledSystemMemory(&kibibytes) ? kibibytes * 1024 : 0;
 }
 
 std::FILE* OpenForWriting(const QString& path) { return _wfopen(path.toStdWString().c_str(), L"w"); }

@@ -1,0 +1,81 @@
+#pragma once
+#include "VekAppCore/Analytics/IMeasurementQuery.h"
+#include <QList>
+#include <utility>
+
+namespace vek::Analytics
+{
+/// Which one of the custom dimensions or metrics that the property has, from 1.
+using CustomDefinitionNumber = int;
+
+struct CustomDimension
+{
+    CustomDefinitionNumber number;
+    QString value;
+};
+
+struct CustomMetric
+{
+    CustomDefinitionNumber number;
+    QString value;
+};
+
+/// Items for the Universal Analytics protocol. Reentrant.
+class VEKAPPCORE_EXPORT UniversalAnalyticsQuery : public IMeasurementQuery
+{
+public:
+    using Items = QList<std::pair<QString, QString>>;
+
+    void AddQueryItem(const QString& key, const QString& value);
+    void AddQueryItems(const Items& items);
+    void AddCustomDimension(const CustomDimension& dimension);
+    void AddCustomMetric(const CustomMetric& metric);
+    UniversalAnalyticsQuery& operator+=(const UniversalAnalyticsQuery& other);
+
+    /// The items, percent-encoded, in the order of adding.
+    [[nodiscard]] QString GetPayload() const override;
+    [[nodiscard]] QUrlQuery GetUrlQuery() const override;
+    /// It has the items "v", "tid", "cid" and "t".
+    [[nodiscard]] bool isValid() const override;
+
+    [[nodiscard]] const Items& GetItems() const { return m_items; }
+
+protected:
+    /// In the place of the one with this key, if there is one.
+    void _SetQueryItem(const QString& key, const QString& value);
+
+private:
+    Items m_items;
+};
+
+/// What the user did.
+class VEKAPPCORE_EXPORT UAEventQuery : public UniversalAnalyticsQuery
+{
+public:
+    UAEventQuery(const QString& category, const QString& action);
+    void SetEventCategory(const QString& category);
+    void SetEventAction(const QString& action);
+    void SetEventLabel(const QString& label);
+    void SetEventValue(qint64 value);
+    void SetPage(const QString& page);
+};
+
+/// Where the user is.
+class VEKAPPCORE_EXPORT UAPageviewQuery : public UniversalAnalyticsQuery
+{
+public:
+    /// @param page  is left out when it is empty.
+    explicit UAPageviewQuery(const QString& page = {});
+};
+
+/// How long something took.
+class VEKAPPCORE_EXPORT UATimingQuery : public UniversalAnalyticsQuery
+{
+public:
+    UATimingQuery(const QString& category, const QString& name, qint64 milliseconds);
+    void SetTimingCategory(const QString& category);
+    void SetTimingName(const QString& name);
+    void SetTimingLabel(const QString& label);
+    void SetTimingTime(qint64 milliseconds);
+};
+} // namespace vek::Analytics

@@ -1,0 +1,3 @@
+#pragma once
+#include "VekAppCore/Network/HttpException.h"
+#include "VekAppCore/Network/HttpService.h"

@@ -1,0 +1,95 @@
+#pragma once
+#include "VekAppCore/App/ServiceBase.h"
+#include "VekAppCore/Network/HttpException.h"
+#include <chrono>
+#include <future>
+#include <map>
+#include <memory>
+
+class QSslConfiguration;
+class QUrlQuery;
+
+namespace vek::Network
+{
+class HttpSender;
+
+/// Sends HTTP requests on a thread of its own and hands the body of the answer back by a future. Thread-safe,
+/// but for Start.
+///
+/// A future gets the body of an answer with the status 200, decoded as UTF-8, or an HttpException, which is
+/// logged as a warning, too. It ends as a broken promise where the answer has another status that is no
+/// error, such as 204, and where the service dies first. Redirections are followed, but not from HTTPS to
+/// HTTP. A future that nobody wants may be dropped.
+class VEKAPPCORE_EXPORT HttpService final : public App::IService<HttpService>
+{
+public:
+    /// Names and values, UTF-8. One named like a header of ours, in whatever case, replaces it.
+    using Headers = std::map<QString, QString>;
+
+    static constexpr qint64 usualMostBytes = 64 * 1024 * 1024;
+
+    /// Requests wait for Start.
+    HttpService();
+    /// Ends all futures at once, whatever the servers do, and the thread.
+    /// Not on the thread of the service itself.
+    ~HttpService() override;
+
+    /// @param query  replaces that of the URL.
+    /// @param headers  one with a name or value that no header can have fails the future, and nothing is
+    /// sent; so does a URL that is neither http nor https.
+    [[nodiscard]] std::future<QString> SendGetRequest(const QUrl& url, const QUrlQuery& query,
+                                                      const Headers& headers = {});
+    /// @param body  is sent as UTF-8, as "text/plain" unless a header says otherwise.
+    [[nodiscard]] std::future<QString> SendPostRequest(const QUrl& url, const QUrlQuery& query,
+                                                       const QString& body, const Headers& headers = {});
+
+    /// For threads that may outlive the service, since services die in no order.
+    [[nodiscard]] HttpSender GetSender() const;
+
+    /// Of requests that are sent from now on.
+    void SetSSLConfiguration(const QSslConfiguration& configuration);
+    /// How long a server may be silent, of requests that are sent from now on; 0, as at first, for ever.
+    void SetTransferTimeout(std::chrono::milliseconds timeout);
+    /// The largest body, unpacked, in bytes, of requests that are sent from now on.
+    void SetMostBytes(qint64 mostBytes);
+
+    /// Starts the thread; the declaration of the service does so.
+    /// @throws Exception::InternalAppException  it has been started.
+    void Start();
+    void PostRegistration() { Start(); }
+
+private:
+    friend class HttpSender;
+    struct Request;
+    struct Options;
+    struct State;
+
+    /// The thread's body.
+    void Run();
+    /// Sends what waits in the queue; on the thread of the service.
+    void ProcessRequests();
+    void _SendNow(const std::shared_ptr<Request>& request, const Options& options);
+
+    std::shared_ptr<State> m_state;
+};
+
+/// Sends by a service that may be gone: the futures are then broken promises. Thread-safe.
+class VEKAPPCORE_EXPORT HttpSender
+{
+public:
+    /// As the members of the service.
+    [[nodiscard]] std::future<QString> SendGetRequest(const QUrl& url, const QUrlQuery& query,
+                                                      const HttpService::Headers& headers = {}) const;
+    [[nodiscard]] std::future<QString> SendPostRequest(const QUrl& url, const QUrlQuery& query,
+                                                       const QString& body,
+                                                       const HttpService::Headers& headers = {}) const;
+
+private:
+    friend class HttpService;
+    explicit HttpSender(std::shared_ptr<HttpService::State> state);
+    [[nodiscard]] std::future<QString> _Send(const QUrl& url, const QUrlQuery& query,
+                                             std::unique_ptr<HttpService::Request> request) const;
+
+    std::shared_ptr<HttpService::State> m_state;
+};
+} // namespace vek::Network

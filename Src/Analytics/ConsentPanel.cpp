@@ -1,0 +1,117 @@
+#include "VekAppCore/Analytics/ConsentPanel.h"
+#include "VekAppCore/Analytics/AnalyticsService.h"
+#include "VekAppCore/App/IAppFeatureService.h"
+#include "VekAppCore/App/SafeCallable.h"
+#include "VekAppCore/App/ServiceManager.h"
+#include <QCheckBox>
+#include <QEvent>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace vek::Analytics
+{
+namespace
+{
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+constexpr auto refreshInterval = 500ms; // while it is visible
+} // namespace
+
+struct ConsentPanel::Impl
+{
+    QLabel* explanation = new QLabel;
+    QCheckBox* isUsed = new QCheckBox;
+    QLabel* title = new QLabel;
+    QPlainTextEdit* sent = new QPlainTextEdit;
+    QTimer timer;
+    quint64 shownCount = 0; ///< What had been sent when the list was filled.
+    Signal<void(bool)> switched;
+};
+
+ConsentPanel::ConsentPanel(QWidget* parent) : QWidget(parent), m_impl(std::make_unique<Impl>())
+{
+    m_impl->explanation->setWordWrap(true);
+    m_impl->sent->setReadOnly(true);
+    m_impl->sent->setLineWrapMode(QPlainTextEdit::NoWrap);
+    auto* const layout = new QVBoxLayout(this);
+    for (QWidget* const widget :
+         std::initializer_list<QWidget*>{m_impl->explanation, m_impl->isUsed, m_impl->title, m_impl->sent})
+        layout->addWidget(widget);
+    connect(m_impl->isUsed, &QCheckBox::clicked, this, App::SafeCallable([this](bool isUsed) {
+                GetAnalyticsService().SetServiceUsed(isUsed);
+                m_impl->switched.Emit(isUsed);
+                _Refresh();
+            }));
+    connect(&m_impl->timer, &QTimer::timeout, this, App::SafeCallable([this] {
+        if (isVisible())
+            _Refresh();
+        else
+            m_impl->timer.stop();
+    }));
+    _Translate();
+    _Refresh();
+}
+
+ConsentPanel::~ConsentPanel() = default;
+
+Connection ConsentPanel::OnSwitched(std::function<void(bool)> callback)
+{
+    return m_impl->switched.Connect(std::move(callback));
+}
+
+void ConsentPanel::_Translate()
+{
+    const auto set = [](auto* widget, const TrString& text) { widget->setText(text.ToString()); };
+    set(m_impl->explanation,
+        TrString::translate(
+            "ConsentPanel",
+            "With your consent, this program tells its makers how it is used: which pages and dialogs are opened, which "
+            "commands are used and how long they take, together with the version and the language of the program, the "
+            "size of the screen and the kind of processor. It never sends files, measurements, names or anything that "
+            "you type. You may change your mind at any time: what has not been sent by then is dropped."));
+    set(m_impl->isUsed, TrString::translate("ConsentPanel", "Send usage statistics"));
+    set(m_impl->title, TrString::translate("ConsentPanel",
+                                           "What has been sent, as it went (the newest first, 50 at most):"));
+    _Refresh();
+}
+
+void ConsentPanel::_Refresh()
+{
+    const auto features = App::Services().Get<App::IAppFeatureService>();
+    const bool isDecided = features && features->IsOverridden(u"AnalyticsService/UsedService"_s);
+    m_impl->isUsed->setEnabled(!isDecided);
+    m_impl->isUsed->setToolTip(
+        isDecided ? TrString::translate("ConsentPanel", "The settings of this computer decide.").ToString()
+                  : QString());
+    m_impl->isUsed->setChecked(AnalyticsService::IsServiceUsed());
+
+    const GoogleAnalyticsService* const backEnd = GetAnalyticsService().GetBackEnd();
+    const quint64 count = backEnd ? backEnd->GetSentCount() : 0;
+    if (count == m_impl->shownCount)
+        return;
+    m_impl->shownCount = count;
+    QString text;
+    const auto sent = backEnd->GetSent();
+    for (auto entry = sent.rbegin(); entry != sent.rend(); ++entry)
+        text += u"%1  %2\n%3\n\n"_s.arg(locale().toString(entry->time, u"HH:mm:ss"_s), entry->path,
+                                        entry->payload);
+    m_impl->sent->setPlainText(text);
+}
+
+void ConsentPanel::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        _Translate();
+    QWidget::changeEvent(event);
+}
+
+void ConsentPanel::showEvent(QShowEvent* event)
+{
+    _Refresh();
+    m_impl->timer.start(refreshInterval);
+    QWidget::showEvent(event);
+}
+} // namespace vek::Analytics

@@ -1,0 +1,333 @@
+#include "VekAppCore/Network/HttpService.h"
+#include "VekAppCore/App/ErrorReporting.h"
+#include "VekAppCore/App/Exception.h"
+#include "VekAppCore/App/Log.h"
+#include "VekAppCore/App/RegisterService.h"
+#include "VekAppCore/QtUtility/SafeConnect.h"
+#include "VekBase/Multithread.h"
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSslConfiguration>
+#include <QSysInfo>
+#include <QTimer>
+#include <QUrlQuery>
+#include <algorithm>
+#include <condition_variable>
+#include <limits>
+#include <mutex>
+#include <thread>
+#include <unordered_map>
+#include <vector>
+
+namespace vek::Network
+{
+namespace
+{
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+/// A stop that is not signalled is noticed after this time.
+constexpr auto longestWait = 100ms;
+
+enum EMethod : qint32
+{
+    Get = 0,
+    Post = 1,
+};
+
+/// What a caller may have made of text that is not his own: a line break would begin a header of another's.
+bool IsHeader(const QString& name, const QString& value)
+{
+    const auto isTokenCharacter = [](QChar c) {
+        return c < u'\x7f' && (c.isLetterOrNumber() || u"!#$%&'*+-.^_`|~"_s.contains(c));
+    };
+    const auto breaksLine = [](QChar c) { return c == u'\r' || c == u'\n' || c.isNull(); };
+    return !name.isEmpty() && std::ranges::all_of(name, isTokenCharacter) &&
+           std::ranges::none_of(value, breaksLine);
+}
+
+void Warn(const QUrl& url, const QString& text)
+{
+    App::Log(Log::Verbosity::Warning, u"Error with HTTP request to %1 : %2"_s.arg(url.toString(), text));
+}
+
+std::shared_ptr<QNetworkAccessManager> MakeManager()
+{
+    // Its last reply may hold it, and is then in the middle of a signal.
+    std::shared_ptr<QNetworkAccessManager> manager(new QNetworkAccessManager,
+                                                   [](QNetworkAccessManager* dead) { dead->deleteLater(); });
+    manager->setStrictTransportSecurityEnabled(true);
+    manager->setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
+    return manager;
+}
+
+void Fail(std::promise<QString>& promise, const HttpException& exception)
+{
+    try
+    {
+        promise.set_exception(std::make_exception_ptr(exception));
+    }
+    catch (const std::future_error&)
+    {
+        // It has been told before.
+    }
+}
+} // namespace
+
+struct HttpService::Request
+{
+    QString body;
+    QUrl url;
+    qint32 method;
+    Headers headers;
+    std::promise<QString> promise;
+
+    // Of the answer.
+    QByteArray received;
+    QString refusal; ///< Why it was cut off by us; empty where it was not.
+};
+
+struct HttpService::Options
+{
+    QSslConfiguration sslConfiguration;
+    int timeout = 0; ///< In milliseconds.
+    qint64 mostBytes = usualMostBytes;
+};
+
+struct HttpService::State
+{
+    struct InFlight
+    {
+        std::shared_ptr<Request> request;
+        std::shared_ptr<QNetworkAccessManager> manager; ///< Which sent it.
+    };
+
+    std::thread thread;
+    std::mutex mutex; ///< Guards the next six.
+    std::condition_variable hasWork;
+    std::vector<std::unique_ptr<Request>> queue; ///< Not yet sent, the oldest first.
+    Options options;
+    bool isRunning = false;
+    bool isStopped = false;          ///< For ever.
+    QEventLoop* eventLoop = nullptr; ///< Of the thread, while it runs.
+
+    // The thread's own.
+    std::shared_ptr<QNetworkAccessManager> manager;
+    QSslConfiguration sslConfiguration; ///< Which the manager has made connections with.
+    std::unordered_map<QNetworkReply*, InFlight> replies;
+
+    /// With the lock held.
+    void Wake()
+    {
+        hasWork.notify_one();
+        if (eventLoop)
+            eventLoop->wakeUp();
+    }
+};
+
+VEK_DECLARE_SERVICE(HttpService, HttpService);
+
+HttpService::HttpService() : m_state(std::make_shared<State>()) {}
+
+HttpService::~HttpService()
+{
+    {
+        const std::scoped_lock lock(m_state->mutex);
+        m_state->isRunning = false;
+        m_state->isStopped = true;
+        m_state->queue.clear();
+        m_state->Wake();
+    }
+    if (m_state->thread.joinable())
+        m_state->thread.join();
+}
+
+std::future<QString> HttpService::SendGetRequest(const QUrl& url, const QUrlQuery& query,
+                                                 const Headers& headers)
+{
+    return GetSender().SendGetRequest(url, query, headers);
+}
+
+std::future<QString> HttpService::SendPostRequest(const QUrl& url, const QUrlQuery& query,
+                                                  const QString& body, const Headers& headers)
+{
+    return GetSender().SendPostRequest(url, query, body, headers);
+}
+
+HttpSender HttpService::GetSender() const { return HttpSender(m_state); }
+
+void HttpService::SetSSLConfiguration(const QSslConfiguration& configuration)
+{
+    const std::scoped_lock lock(m_state->mutex);
+    m_state->options.sslConfiguration = configuration;
+}
+
+void HttpService::SetTransferTimeout(std::chrono::milliseconds timeout)
+{
+    const std::scoped_lock lock(m_state->mutex);
+    constexpr std::chrono::milliseconds::rep mostTimeout = std::numeric_limits<int>::max();
+    m_state->options.timeout =
+        static_cast<int>(std::clamp<std::chrono::milliseconds::rep>(timeout.count(), 0, mostTimeout));
+}
+
+void HttpService::SetMostBytes(qint64 mostBytes)
+{
+    const std::scoped_lock lock(m_state->mutex);
+    m_state->options.mostBytes = mostBytes;
+}
+
+void HttpService::Start()
+{
+    if (m_state->thread.joinable())
+        throw Exception::InternalAppException(u"The HTTP service has been started"_s);
+    m_state->isRunning = true;
+    m_state->thread = std::thread([this] { Run(); });
+}
+
+void HttpService::Run()
+{
+    Multithread::SetCurrentThreadName("Http Service thread");
+    m_state->manager = MakeManager();
+    QEventLoop eventLoop;
+    QTimer timer; // ends a wait for events
+    timer.start(longestWait);
+
+    std::unique_lock lock(m_state->mutex);
+    m_state->eventLoop = &eventLoop;
+    for (;;)
+    {
+        // While answers are awaited, the event loop waits for them and for requests at once.
+        const bool isIdle = m_state->replies.empty();
+        if (isIdle)
+            m_state->hasWork.wait_until(lock, std::chrono::steady_clock::now() + longestWait,
+                                        [this] { return !m_state->queue.empty() || !m_state->isRunning; });
+        if (!m_state->isRunning)
+            break;
+        const bool hasRequests = !m_state->queue.empty();
+        lock.unlock();
+        if (hasRequests)
+            App::SafeCallable([this] { ProcessRequests(); })();
+        eventLoop.processEvents(m_state->replies.empty()
+                                    ? QEventLoop::ExcludeUserInputEvents
+                                    : QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+        lock.lock();
+    }
+    m_state->eventLoop = nullptr;
+    lock.unlock();
+    for (const auto& [reply, inFlight] : m_state->replies)
+        delete reply;
+    m_state->replies.clear();
+    m_state->manager.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void HttpService::ProcessRequests()
+{
+    std::unique_lock lock(m_state->mutex);
+    auto queue = std::exchange(m_state->queue, {});
+    const Options options = m_state->options;
+    lock.unlock();
+    // A manager would use the connections that it has made with another configuration.
+    if (std::exchange(m_state->sslConfiguration, options.sslConfiguration) != options.sslConfiguration)
+        m_state->manager = MakeManager();
+    for (auto& request : queue)
+        _SendNow(std::move(request), options);
+}
+
+void HttpService::_SendNow(const std::shared_ptr<Request>& request, const Options& options)
+{
+    QNetworkRequest sent;
+    if (!options.sslConfiguration.isNull())
+        sent.setSslConfiguration(options.sslConfiguration);
+    sent.setUrl(request->url);
+    sent.setHeader(QNetworkRequest::UserAgentHeader,
+                   u"%1 (Windows NT %3)"_s.arg(u"Havlen/1.0"_s, QSysInfo::kernelVersion()));
+    sent.setHeader(QNetworkRequest::ContentTypeHeader, u"text/plain"_s);
+    for (const auto& [name, value] : request->headers)
+        sent.setRawHeader(name.toUtf8(), value.toUtf8());
+    sent.setTransferTimeout(options.timeout);
+    sent.setDecompressedSafetyCheckThreshold(
+        options.mostBytes); // what is larger is refused below in any case
+    QNetworkReply* reply = nullptr;
+    switch (request->method)
+    {
+    case Get: reply = m_state->manager->get(sent); break;
+    case Post: reply = m_state->manager->post(sent, request->body.toUtf8()); break;
+    default: return;
+    }
+    m_state->replies.emplace(reply, State::InFlight{request, m_state->manager});
+    const auto receive = [reply, request, mostBytes = options.mostBytes] {
+        if (reply->isOpen())
+            request->received += reply->readAll();
+        if (request->received.size() <= mostBytes || !request->refusal.isEmpty())
+            return;
+        request->refusal = u"The answer is larger than %1 bytes"_s.arg(mostBytes);
+        reply->abort();
+    };
+    const auto complete = [this, reply, request, receive] {
+        receive();
+        reply->deleteLater();
+        m_state->replies.erase(reply);
+        // Out of the request, which lives as long as the reply: where nothing is set, the caller hears so
+        // now.
+        std::promise<QString> promise = std::move(request->promise);
+        if (!request->refusal.isEmpty())
+            Fail(promise, HttpException(request->refusal, reply->url(), 200));
+        else if (reply->attribute(QNetworkRequest::HttpStatusCodeAttribute) == 200 &&
+                 reply->error() == QNetworkReply::NoError)
+            promise.set_value(QString::fromUtf8(request->received));
+    };
+    const auto fail = [reply, request] {
+        const QString text = request->refusal.isEmpty() ? reply->errorString() : request->refusal;
+        Warn(reply->url(), text);
+        Fail(request->promise,
+             HttpException(text, reply->url(),
+                           reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
+                           reply->error()));
+    };
+    QtUtility::SafeConnect(reply, &QNetworkReply::readyRead, reply, receive);
+    QtUtility::SafeConnect(reply, &QNetworkReply::finished, reply, complete);
+    QtUtility::SafeConnect(reply, &QNetworkReply::errorOccurred, reply, fail);
+}
+
+HttpSender::HttpSender(std::shared_ptr<HttpService::State> state) : m_state(std::move(state)) {}
+
+std::future<QString> HttpSender::SendGetRequest(const QUrl& url, const QUrlQuery& query,
+                                                const HttpService::Headers& headers) const
+{
+    return _Send(url, query, std::make_unique<HttpService::Request>(QString(), url, Get, headers));
+}
+
+std::future<QString> HttpSender::SendPostRequest(const QUrl& url, const QUrlQuery& query, const QString& body,
+                                                 const HttpService::Headers& headers) const
+{
+    return _Send(url, query, std::make_unique<HttpService::Request>(body, url, Post, headers));
+}
+
+std::future<QString> HttpSender::_Send(const QUrl& url, const QUrlQuery& query,
+                                       std::unique_ptr<HttpService::Request> request) const
+{
+    request->url.setQuery(query);
+    std::future<QString> future = request->promise.get_future();
+    const bool areHeaders = std::ranges::all_of(
+        request->headers, [](const auto& header) { return IsHeader(header.first, header.second); });
+    const QString scheme = url.scheme();
+    if (!areHeaders || (scheme != u"http" && scheme != u"https"))
+    {
+        const QString text =
+            areHeaders ? u"The URL has no scheme http or https"_s : u"A header has no valid name or value"_s;
+        Warn(request->url, text);
+        Fail(request->promise,
+             HttpException(text, request->url, 0, QNetworkReply::ProtocolInvalidOperationError));
+        return future;
+    }
+    const std::scoped_lock lock(m_state->mutex);
+    if (m_state->isStopped)
+        return future;
+    m_state->queue.push_back(std::move(request));
+    m_state->Wake();
+    return future;
+}
+} // namespace vek::Network

@@ -1,0 +1,243 @@
+#include "VekAppCore/Analytics/AnalyticsService.h"
+#include "Network/Servers.h"
+#include "Support/TestSupport.h"
+#include "VekAppCore/Analytics/ConsentPanel.h"
+#include "VekAppCore/App/ApplicationFrame.h"
+#include "VekAppCore/App/IAppFeatureService.h"
+#include "VekAppCore/App/ServiceManager.h"
+#include <QCheckBox>
+#include <QGuiApplication>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <gmock/gmock.h>
+
+namespace vek::Analytics
+{
+namespace
+{
+App::AppConfiguration MakeConfiguration(const TestSupport::ScriptedServer& server)
+{
+    App::AppConfiguration configuration;
+    configuration.applicationName = "Probe";
+    configuration.version = {1, 2, 3, 4};
+    configuration.secondVersion = {5, 6, 7, 8};
+    configuration.analyticsAddress = server.GetUrl("").toString();
+    return configuration;
+}
+} // namespace
+
+class AnalyticsServiceTest : public testing::Test
+{
+protected:
+    AnalyticsServiceTest()
+    {
+        m_service.InitializeService({"G-1", "secret"}, "UA-1", "de", "AT", {}, "client");
+        m_service.SetServiceUsed(true);
+    }
+
+    /// The lines and bodies that have come to these paths: "path?query", a line each.
+    std::vector<std::string> WaitFor(std::size_t count)
+    {
+        std::vector<std::string> lines;
+        EXPECT_TRUE(TestSupport::WaitFor([&] { return (lines = Take()).size() >= count; }));
+        return lines;
+    }
+    [[nodiscard]] std::vector<std::string> Take() const
+    {
+        std::vector<std::string> lines;
+        for (const QByteArray& connection : m_server.GetRequests())
+            for (const QByteArray& request : connection.split('\0'))
+            {
+                const qsizetype end = request.indexOf("\r\n\r\n");
+                const QByteArray target = request.split(' ').value(1);
+                if (end >= 0)
+                    for (const QByteArray& line : request.mid(end + 4).split('\n'))
+                        lines.push_back(QByteArray(target + ' ' + line).replace('"', '\'').toStdString());
+            }
+        std::ranges::sort(lines);
+        return lines;
+    }
+
+    /// What is sent with every query.
+    [[nodiscard]] std::string GetBase() const
+    {
+        const QSize screen = QGuiApplication::primaryScreen()->size();
+        const auto items = QString(
+            "v=1&tid=UA-1&cid=client&an=Probe&ds=app&ul=de&av=1.2&aiid=1.2.3.4&aid=5.6.7.8&sr=%1x%2&fl=");
+        return items.arg(screen.width()).arg(screen.height()).toStdString();
+    }
+
+    TestSupport::LogRecorder m_log;
+    TestSupport::ScriptedServer m_server;
+    App::ApplicationFrame m_frame{MakeConfiguration(m_server)};
+    AnalyticsService& m_service = (m_frame.Start(), GetAnalyticsService());
+};
+
+TEST_F(AnalyticsServiceTest, EveryReportGoesOutTwice)
+{
+    using testing::AllOf, testing::ContainsRegex, testing::EndsWith, testing::HasSubstr, testing::StartsWith;
+    using Matcher = testing::Matcher<std::string>;
+    ScopeBase page = m_service.OpenPage("Settings");
+    EXPECT_EQ(m_service.CurrentPage(), "/Settings");
+    const Matcher universal = AllOf(StartsWith("/batch " + GetBase()), HasSubstr("&cd1=AT&"),
+                                    testing::Not(HasSubstr("cd2")), EndsWith("&t=pageview&dp=%2FSettings"));
+    const Matcher ga4 = AllOf(
+        StartsWith(
+            "/mp/collect?measurement_id=G-1&api_secret=secret {'client_id':'client','events':[{'name':'page_view',"
+            "'params':{'page_location':'Settings','page_title':'Settings'}}],'timestamp_micros':1"),
+        HasSubstr("'application_language':{'value':'de'}"),
+        HasSubstr("'corvane_version':{'value':'1.2.3.4'}"),
+        ContainsRegex("'cpu':.'value':'.*.Core: [0-9]+ . RAM: [0-9]+Go.'"));
+    EXPECT_THAT(WaitFor(2), testing::ElementsAre(universal, ga4));
+
+    m_service.SendEvent("Menu", "Open File", {}, -1);
+    m_service.SendEvent("Menu", "Save", "as", 3);
+    m_service.SendTiming("File", "load", std::chrono::duration<double, std::milli>(12.9), "big");
+    m_service.SendCrash(); // flushes
+    EXPECT_EQ(m_service.CurrentPage(), "/Settings");
+    const Matcher rows[] = {
+        AllOf(StartsWith("/batch "), EndsWith("&t=event&ec=Menu&ea=Open%20File&dp=%2FSettings")),
+        AllOf(StartsWith("/batch "), EndsWith("&t=event&ec=Menu&ea=Save&dp=%2FSettings&el=as&ev=3")),
+        AllOf(StartsWith("/batch "), EndsWith("&t=timing&utc=File&utv=load&utt=12&utl=big")),
+        AllOf(StartsWith("/batch "), EndsWith("&t=pageview&dp=%2FCrash")),
+        ContainsRegex(
+            "'name':'open_file','params':.'engagement_time_msec':[0-9.e-]+,'event_category':'Menu'[}]"),
+        HasSubstr("'event_category':'Menu','event_label':'as','event_value':3}}"),
+        HasSubstr(
+            "'params':{'timing_action':'load','timing_category':'File','timing_label':'big','value':12}}"),
+        HasSubstr("{'page_location':'Crash','page_title':'Crash'}")};
+    EXPECT_THAT(WaitFor(10), testing::IsSupersetOf(rows));
+    EXPECT_EQ(m_service.GetBackEnd()->GetSent().size(), 7U); // of which two batches
+}
+
+TEST_F(AnalyticsServiceTest, PageBeforeIsReportedWhenOneIsClosed)
+{
+    using testing::ElementsAre, testing::EndsWith;
+    const auto getPages = [this](std::size_t count) {
+        std::vector<std::string> pages;
+        EXPECT_TRUE(TestSupport::WaitFor([&] {
+            pages.clear();
+            for (const auto& sent : m_service.GetBackEnd()->GetSent())
+                if (sent.path == "/mp/collect")
+                    pages.push_back(
+                        sent.payload.section("page_title\":\"", 1).section('"', 0, 0).toStdString());
+            return pages.size() >= count;
+        }));
+        return pages;
+    };
+    ScopeBase main = m_service.OpenPage("/");
+    ScopeBase first = m_service.OpenPage("First");
+    ScopeBase second = m_service.OpenPage("Second");
+    first.Release(); // it is not the current one
+    EXPECT_EQ(m_service.CurrentPage(), "/Second");
+    second.Release();
+    EXPECT_EQ(m_service.CurrentPage(), "/First");
+    m_service.ResetCurrentPage("Other");
+    EXPECT_EQ(m_service.CurrentPage(), "/Other");
+    EXPECT_THAT(getPages(4), ElementsAre("MainWindow", "First", "Second", "First"));
+}
+
+TEST_F(AnalyticsServiceTest, NothingIsSentWithoutConsent)
+{
+    m_service.SetServiceUsed(false);
+    GoogleAnalyticsService& backEnd = *m_service.GetBackEnd();
+    const auto report = [&] {
+        ScopeBase page = m_service.OpenPage("a");
+        m_service.SendEvent("b", "c");
+        m_service.SendTiming("d", "e", std::chrono::milliseconds(1));
+        m_service.SendCrash();
+        backEnd.BatchQuery(UAPageviewQuery("x"), true);
+        backEnd.StartSession("f");
+        backEnd.StopSession();
+    };
+    report();
+    m_service.SetServiceUsed(true);
+    m_service.SendEvent("g", "h"); // is pending when the consent is withdrawn
+    m_service.SetServiceUsed(false);
+    report();
+    m_service.Stop();
+    const auto lines = WaitFor(1);
+    EXPECT_THAT(lines, testing::ElementsAre(testing::HasSubstr("'name':'h'")));
+    EXPECT_EQ(backEnd.GetSentCount(), 1U);
+    EXPECT_TRUE(backEnd.GetSent().front().payload.contains("\"name\":\"h\""));
+
+    App::Services().RemoveService(typeid(App::IAppFeatureService));
+    EXPECT_FALSE(AnalyticsService::IsServiceUsed());
+}
+
+TEST_F(AnalyticsServiceTest, QueriesAreSentInBatchesOfTwenty)
+{
+    GoogleAnalyticsService& backEnd = *m_service.GetBackEnd();
+    for (int i = 0; i < 19; ++i)
+        backEnd.BatchQuery(UAPageviewQuery("/" + QString::number(i)), false);
+    backEnd.BatchQuery(UniversalAnalyticsQuery(), false); // not valid: it has no type
+    EXPECT_EQ(backEnd.GetSentCount(), 0U);
+    backEnd.BatchQuery(UAPageviewQuery("/19"), false);
+    const auto lines = WaitFor(20);
+    EXPECT_EQ(lines.size(), 20U);
+    EXPECT_EQ(backEnd.GetSentCount(), 1U);
+
+    m_service.Stop(); // sends what is pending
+    m_service.Start();
+    for (int i = 0; i < 5; ++i)
+        backEnd.BatchQuery(UAPageviewQuery("/last"), false);
+    m_service.Stop();
+    EXPECT_EQ(Take().size(), 25U);
+    EXPECT_EQ(backEnd.GetSentCount(), 2U);
+}
+
+TEST_F(AnalyticsServiceTest, SessionsAndDebugModeHaveTheirPaths)
+{
+    GoogleAnalyticsService& backEnd = *m_service.GetBackEnd();
+    backEnd.StartSession("/start");
+    backEnd.StopSession();
+    m_service.SetDebug(true);
+    backEnd.SendEvent(PageViewEvent("b"));
+    backEnd.SendQuery(UAPageviewQuery("/c"));
+    backEnd.BatchQuery(UAPageviewQuery("/d"), true);
+    using testing::AllOf, testing::EndsWith, testing::HasSubstr, testing::StartsWith;
+    EXPECT_THAT(WaitFor(6),
+                testing::UnorderedElementsAre(
+                    AllOf(StartsWith("/collect "), EndsWith("&t=pageview&dp=%2Fstart&sc=start")),
+                    AllOf(StartsWith("/collect "), EndsWith("&t=pageview&sc=stop")),
+                    AllOf(StartsWith("/mp/collect?"), testing::ContainsRegex("'session_id':1[0-9]+[,}]")),
+                    StartsWith("/debug/mp/collect?"), StartsWith("/debug/collect "),
+                    StartsWith("/debug/batch ")));
+}
+
+TEST_F(AnalyticsServiceTest, OldestPendingAreDroppedAndToldOnce)
+{
+    GoogleAnalyticsService backEnd; // not started
+    for (int i = 0; i < 4; ++i)
+        backEnd.SetApplicationParameter(static_cast<EApplicationParameter>(i), "x");
+    backEnd.SetApplicationParameter(static_cast<EApplicationParameter>(13), "x"); // ignored
+    const std::size_t before = m_log.GetLines().size();
+    for (int i = 0; i < 1003; ++i)
+        backEnd.BatchQuery(UAPageviewQuery("/"), true);
+    EXPECT_EQ(backEnd.GetDroppedCount(), 3U);
+    EXPECT_EQ(m_log.GetLines().size(), before + 1);
+    EXPECT_THROW(static_cast<void>(backEnd.SendEvent(PageViewEvent("a"))), Exception::NullptrException);
+}
+
+TEST_F(AnalyticsServiceTest, ConsentPanelShowsAndSwitches)
+{
+    ConsentPanel panel;
+    panel.show();
+    auto& box = *panel.findChild<QCheckBox*>();
+    const auto& sent = *panel.findChild<QPlainTextEdit*>();
+    EXPECT_TRUE(box.isChecked());
+    std::vector<bool> switches;
+    const Connection connection = panel.OnSwitched([&switches](bool isUsed) { switches.push_back(isUsed); });
+    m_service.SendEvent("a", "first");
+    EXPECT_TRUE(TestSupport::WaitFor([&] { return sent.toPlainText().contains("\"name\":\"first\""); }));
+    box.click();
+    EXPECT_FALSE(AnalyticsService::IsServiceUsed());
+    m_service.SendEvent("a", "second");
+    m_service.SetServiceUsed(true);
+    m_service.SendEvent("a", "third");
+    EXPECT_TRUE(TestSupport::WaitFor([&] { return sent.toPlainText().contains("\"name\":\"third\""); }));
+    EXPECT_FALSE(sent.toPlainText().contains("\"name\":\"second\""));
+    EXPECT_TRUE(box.isChecked());
+    EXPECT_THAT(switches, testing::ElementsAre(false));
+}
+} // namespace vek::Analytics
