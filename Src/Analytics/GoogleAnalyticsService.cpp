@@ -1,6 +1,6 @@
 #include "VekAppCore/Analytics/GoogleAnalyticsService.h"
-#include "VekAppCore/App/ErrorReporting.h"
 #include "VekAppCore/App/Log.h"
+#include "VekAppCore/App/SafeCallable.h"
 #include "VekBase/Exception.h"
 #include "VekBase/Multithread.h"
 #include <algorithm>
@@ -10,6 +10,7 @@
 #include <map>
 #include <mutex>
 #include <thread>
+#include <variant>
 
 namespace vek::Analytics
 {
@@ -59,7 +60,7 @@ void Replace(UniversalAnalyticsQuery::Items& items, const QString& key, const QS
 struct Answer
 {
     std::future<QString> future;
-    std::optional<std::promise<QString>> asker;
+    std::promise<QString> asker;
 };
 
 void Pass(Answer& answer)
@@ -68,32 +69,66 @@ void Pass(Answer& answer)
     {
         const QString text = answer.future.get();
         App::Log(Log::Verbosity::Debug, text);
-        if (answer.asker)
-            answer.asker->set_value(text);
+        answer.asker.set_value(text);
     }
     catch (...)
     {
-        if (answer.asker)
-            answer.asker->set_exception(std::current_exception());
+        answer.asker.set_exception(std::current_exception());
     }
 }
 
 bool IsReady(const std::future<QString>& future) { return future.wait_for(0s) == std::future_status::ready; }
 } // namespace
 
-struct GoogleAnalyticsService::State
+/// What is sent with every report. Never changed, but replaced: reports keep the one that they were made
+/// with.
+struct GoogleAnalyticsService::Parameters
 {
-    mutable std::mutex mutex; ///< Guards all but the thread.
-    std::condition_variable wake;
-    std::thread thread;
-    std::optional<Network::HttpSender> http;
-    QUrl address;
     UniversalAnalyticsQuery::Items baseItems{{u"v"_s, u"1"_s}};
     std::map<QString, QString> userProperties;
     QString clientId;
     QString measurementId;
     QString apiSecret;
-    std::vector<UniversalAnalyticsQuery> pending; ///< Prepared, the oldest first.
+
+    [[nodiscard]] UniversalAnalyticsQuery Prepare(const UniversalAnalyticsQuery& query) const
+    {
+        UniversalAnalyticsQuery prepared;
+        prepared.AddQueryItems(baseItems);
+        return prepared += query;
+    }
+
+    [[nodiscard]] Analytics4Query Prepare(const Analytics4Query::Event& event, quint64 microseconds) const
+    {
+        Analytics4Query query(event);
+        query.SetClientID(clientId);
+        query.SetUserProperties(userProperties);
+        query.SetMeasurementID(measurementId);
+        query.SetApiSecretID(apiSecret);
+        query.SetTimestamp(microseconds);
+        return query;
+    }
+};
+
+struct GoogleAnalyticsService::State
+{
+    /// A report that is sent at once. It is made on the thread, so that the caller need not wait for that.
+    struct Single
+    {
+        std::shared_ptr<const Parameters> parameters;
+        std::variant<Analytics4Query::Event, UniversalAnalyticsQuery> report;
+        quint64 microseconds; ///< Since 1970, UTC.
+        bool isDebug;
+        std::promise<QString> promise;
+    };
+
+    mutable std::mutex mutex; ///< Guards all but the thread.
+    std::condition_variable wake;
+    std::thread thread;
+    std::optional<Network::HttpSender> http;
+    QUrl address;
+    std::shared_ptr<const Parameters> parameters = std::make_shared<Parameters>();
+    std::vector<Single> singles;                  ///< The oldest first.
+    std::vector<UniversalAnalyticsQuery> pending; ///< For batches, prepared, the oldest first.
     std::vector<Answer> answers;                  ///< Awaited in debug mode.
     std::deque<Sent> sent;
     quint64 sentCount = 0;
@@ -104,36 +139,105 @@ struct GoogleAnalyticsService::State
     bool isWoken = false;
     bool isStopping = false;
 
-    UniversalAnalyticsQuery Prepare(const UniversalAnalyticsQuery& query) const
+    void Change(const std::function<void(Parameters&)>& change)
     {
-        UniversalAnalyticsQuery prepared;
-        prepared.AddQueryItems(baseItems);
-        return prepared += query;
+        const std::scoped_lock lock(mutex);
+        auto changed = std::make_shared<Parameters>(*parameters);
+        change(*changed);
+        parameters = std::move(changed);
     }
 
-    /// With the lock held, which keeps the switch from being set meanwhile.
-    std::future<QString> Post(const QString& path, const QUrlQuery& query, const QString& payload)
+    std::future<QString> AddSingle(std::variant<Analytics4Query::Event, UniversalAnalyticsQuery> report)
     {
+        const auto now = std::chrono::system_clock::now().time_since_epoch();
+        const auto time = std::chrono::duration_cast<std::chrono::microseconds>(now).count();
+        std::promise<QString> promise;
+        std::future<QString> future = promise.get_future();
+        const std::scoped_lock lock(mutex);
+        if (isSuppressing || isStopping)
+            return future;
+        singles.push_back(
+            {parameters, std::move(report), static_cast<quint64>(time), isDebug, std::move(promise)});
+        DropOldest(singles);
+        wake.notify_one();
+        return future;
+    }
+
+    template <typename T>
+    void DropOldest(std::vector<T>& reports)
+    {
+        if (reports.size() <= mostPending)
+            return;
+        reports.erase(reports.begin());
+        if (++droppedCount == 1)
+            App::Log(
+                Log::Verbosity::Warning,
+                u"Analytics: more than %1 reports are pending, the oldest are dropped"_s.arg(mostPending));
+    }
+
+    /// On the thread. Nothing is sent where the switch has been set meanwhile.
+    void Post(const QString& path, const QUrlQuery& query, const QString& payload, bool toDebug,
+              std::promise<QString> promise)
+    {
+        const std::scoped_lock lock(mutex);
+        if (isSuppressing)
+            return;
         if (!http)
             throw Exception::NullptrException();
         QUrl url = address;
-        url.setPath(isDebug ? u"/debug"_s + path : path);
+        url.setPath(toDebug ? u"/debug"_s + path : path);
         ++sentCount;
         sent.push_back({QDateTime::currentDateTime(), url.path(), payload});
         if (sent.size() > mostSentKept)
             sent.pop_front();
-        return http->SendPostRequest(url, query, payload);
+        if (toDebug)
+            answers.push_back({http->SendPostRequest(url, query, payload), std::move(promise)});
+        else
+            http->SendPostRequest(url, query, payload, std::move(promise));
     }
 
-    /// The same for one who gets the answer.
-    std::future<QString> PostFor(const QString& path, const QUrlQuery& query, const QString& payload)
+    void Post(Single& single)
     {
-        std::future<QString> future = Post(path, query, payload);
-        if (!isDebug || !thread.joinable())
-            return future;
-        Answer& answer = answers.emplace_back(std::move(future), std::promise<QString>());
-        wake.notify_one();
-        return answer.asker->get_future();
+        if (const auto* const event = std::get_if<Analytics4Query::Event>(&single.report))
+        {
+            const Analytics4Query query = single.parameters->Prepare(*event, single.microseconds);
+            Post(u"/mp/collect"_s, query.GetUrlQuery(), query.GetPayload(), single.isDebug,
+                 std::move(single.promise));
+            return;
+        }
+        const auto query = single.parameters->Prepare(std::get<UniversalAnalyticsQuery>(single.report));
+        if (query.isValid())
+            Post(u"/collect"_s, {}, query.GetPayload(), single.isDebug, std::move(single.promise));
+    }
+
+    /// The answers that have come. With the lock held.
+    std::vector<Answer> TakeReady()
+    {
+        const auto ready = std::ranges::stable_partition(
+            answers, [](const Answer& answer) { return !IsReady(answer.future); });
+        std::vector<Answer> taken(std::make_move_iterator(ready.begin()),
+                                  std::make_move_iterator(ready.end()));
+        answers.erase(ready.begin(), ready.end());
+        return taken;
+    }
+
+    /// @return the futures of the batches.
+    std::vector<std::future<QString>> Post(const std::vector<UniversalAnalyticsQuery>& queries)
+    {
+        std::unique_lock lock(mutex);
+        const bool isBatchDebug = isDebug;
+        lock.unlock();
+        std::vector<std::future<QString>> futures;
+        for (std::size_t begin = 0; begin < queries.size(); begin += batchSize)
+        {
+            QStringList lines;
+            for (std::size_t i = begin; i < std::min(begin + batchSize, queries.size()); ++i)
+                lines.push_back(queries[i].GetPayload());
+            std::promise<QString> promise;
+            futures.push_back(promise.get_future());
+            Post(u"/batch"_s, {}, lines.join(u'\n'), isBatchDebug, std::move(promise));
+        }
+        return futures;
     }
 };
 
@@ -157,37 +261,40 @@ void GoogleAnalyticsService::SetApplicationParameter(EApplicationParameter param
     const auto row = std::ranges::find(parameterRows, parameter, &ParameterRow::parameter);
     if (row == parameterRows.end())
         return;
-    const std::scoped_lock lock(m_state->mutex);
-    if (row->item)
-        Replace(m_state->baseItems, QLatin1String(row->item), value);
-    if (row->userProperty)
-        m_state->userProperties[QLatin1String(row->userProperty)] = value;
-    if (parameter == EApplicationParameter::ClientId)
-        m_state->clientId = value;
-    if (parameter == EApplicationParameter::MeasurementId)
-        m_state->measurementId = value;
-    if (parameter == EApplicationParameter::ApiSecret)
-        m_state->apiSecret = value;
+    m_state->Change([&](Parameters& parameters) {
+        if (row->item)
+            Replace(parameters.baseItems, QLatin1String(row->item), value);
+        if (row->userProperty)
+            parameters.userProperties[QLatin1String(row->userProperty)] = value;
+        if (parameter == EApplicationParameter::ClientId)
+            parameters.clientId = value;
+        if (parameter == EApplicationParameter::MeasurementId)
+            parameters.measurementId = value;
+        if (parameter == EApplicationParameter::ApiSecret)
+            parameters.apiSecret = value;
+    });
 }
 
 void GoogleAnalyticsService::SetCustomDimension(const CustomDimension& dimension)
 {
-    const std::scoped_lock lock(m_state->mutex);
-    Replace(m_state->baseItems, u"cd%1"_s.arg(dimension.number), dimension.value);
+    m_state->Change([&dimension](Parameters& parameters) {
+        Replace(parameters.baseItems, u"cd%1"_s.arg(dimension.number), dimension.value);
+    });
 }
 
 void GoogleAnalyticsService::SetUserProperty(const QString& name, const QString& value)
 {
-    const std::scoped_lock lock(m_state->mutex);
-    m_state->userProperties[name] = value;
+    m_state->Change([&](Parameters& parameters) { parameters.userProperties[name] = value; });
 }
 
 void GoogleAnalyticsService::SetSuppressing(bool isSuppressing)
 {
     const std::scoped_lock lock(m_state->mutex);
     m_state->isSuppressing = isSuppressing;
-    if (isSuppressing)
-        m_state->pending.clear();
+    if (!isSuppressing)
+        return;
+    m_state->pending.clear();
+    m_state->singles.clear();
 }
 
 void GoogleAnalyticsService::SetDebug(bool isDebug)
@@ -204,49 +311,26 @@ bool GoogleAnalyticsService::IsDebug() const
 
 void GoogleAnalyticsService::BatchQuery(const UniversalAnalyticsQuery& query, bool flush)
 {
-    bool isFirstDropped = false;
-    {
-        const std::scoped_lock lock(m_state->mutex);
-        UniversalAnalyticsQuery prepared = m_state->Prepare(query);
-        if (prepared.isValid() && !m_state->isSuppressing && !m_state->isStopping)
-            m_state->pending.push_back(std::move(prepared));
-        if (m_state->pending.size() > mostPending)
-        {
-            m_state->pending.erase(m_state->pending.begin());
-            isFirstDropped = ++m_state->droppedCount == 1;
-        }
-        if (flush || m_state->pending.size() >= batchSize)
-            m_state->isWoken = true;
-        m_state->wake.notify_one(); // also to begin to count the time that it is pending
-    }
-    if (isFirstDropped)
-        App::Log(Log::Verbosity::Warning,
-                 u"Analytics: more than %1 reports are pending, the oldest are dropped"_s.arg(mostPending));
+    const std::scoped_lock lock(m_state->mutex);
+    UniversalAnalyticsQuery prepared = m_state->parameters->Prepare(query);
+    const bool isFirst = m_state->pending.empty();
+    if (prepared.isValid() && !m_state->isSuppressing && !m_state->isStopping)
+        m_state->pending.push_back(std::move(prepared));
+    m_state->DropOldest(m_state->pending);
+    const bool isDue = flush || m_state->pending.size() >= batchSize;
+    m_state->isWoken = m_state->isWoken || isDue;
+    if (isDue || isFirst) // from the first one on, the time counts
+        m_state->wake.notify_one();
 }
 
 std::future<QString> GoogleAnalyticsService::SendQuery(const UniversalAnalyticsQuery& query)
 {
-    const std::scoped_lock lock(m_state->mutex);
-    const UniversalAnalyticsQuery prepared = m_state->Prepare(query);
-    if (m_state->isSuppressing || !prepared.isValid())
-        return std::promise<QString>().get_future();
-    return m_state->PostFor(u"/collect"_s, {}, prepared.GetPayload());
+    return m_state->AddSingle(query);
 }
 
 std::future<QString> GoogleAnalyticsService::SendEvent(const Analytics4Query::Event& event)
 {
-    const std::scoped_lock lock(m_state->mutex);
-    if (m_state->isSuppressing)
-        return std::promise<QString>().get_future();
-    Analytics4Query query(event);
-    query.SetClientID(m_state->clientId);
-    query.SetUserProperties(m_state->userProperties);
-    query.SetMeasurementID(m_state->measurementId);
-    query.SetApiSecretID(m_state->apiSecret);
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    query.SetTimestamp(
-        static_cast<quint64>(std::chrono::duration_cast<std::chrono::microseconds>(now).count()));
-    return m_state->PostFor(u"/mp/collect"_s, query.GetUrlQuery(), query.GetPayload());
+    return m_state->AddSingle(event);
 }
 
 void GoogleAnalyticsService::StartSession(const QString& page)
@@ -288,67 +372,50 @@ void GoogleAnalyticsService::Stop()
 void GoogleAnalyticsService::Run()
 {
     Multithread::SetCurrentThreadName("Analytics Service thread");
+    constexpr auto never = std::chrono::steady_clock::time_point::max();
+    auto pendingEnd = never; // counted from when the first one is pending
     std::unique_lock lock(m_state->mutex);
-    for (bool isLast = false; !isLast;)
+    for (;;)
     {
-        isLast = m_state->isStopping;
-        m_state->isWoken = false;
-        std::vector<std::future<QString>> last; // sent now
-        const std::vector<UniversalAnalyticsQuery> queries = std::exchange(m_state->pending, {});
-        try
+        const bool isLast = m_state->isStopping;
+        const auto now = std::chrono::steady_clock::now();
+        if (m_state->pending.empty())
+            pendingEnd = never;
+        else if (pendingEnd == never)
+            pendingEnd = now + longestPending;
+        const bool isDue = isLast || m_state->isWoken || now >= pendingEnd;
+        auto singles = std::exchange(m_state->singles, {});
+        std::vector<UniversalAnalyticsQuery> queries;
+        if (isDue)
         {
-            for (std::size_t begin = 0; begin < queries.size() && !m_state->isSuppressing; begin += batchSize)
-            {
-                QStringList lines;
-                for (std::size_t i = begin; i < std::min(begin + batchSize, queries.size()); ++i)
-                    lines.push_back(queries[i].GetPayload());
-                std::future<QString> future = m_state->Post(u"/batch"_s, {}, lines.join(u'\n'));
-                if (m_state->isDebug && !isLast)
-                    m_state->answers.push_back({std::move(future), std::nullopt});
-                else
-                    last.push_back(std::move(future));
-            }
+            queries = std::exchange(m_state->pending, {});
+            m_state->isWoken = false;
+            pendingEnd = never;
         }
-        catch (...)
+        std::vector<Answer> ready = m_state->TakeReady();
+        if (isLast || !singles.empty() || !queries.empty() || !ready.empty())
         {
             lock.unlock();
-            App::HandleAppException(TrString());
+            for (State::Single& single : singles)
+                App::SafeCallable([&] { m_state->Post(single); })();
+            std::vector<std::future<QString>> batches;
+            App::SafeCallable([&] { batches = m_state->Post(queries); })();
+            std::ranges::for_each(ready, Pass);
+            if (isLast)
+            {
+                for (const std::future<QString>& batch : batches)
+                    batch.wait_until(now + longestStop);
+                return;
+            }
             lock.lock();
+            continue; // more may have come
         }
-        if (isLast)
-        {
-            lock.unlock();
-            const auto deadline = std::chrono::steady_clock::now() + longestStop;
-            for (const std::future<QString>& future : last)
-                future.wait_until(deadline);
-            return;
-        }
-        const auto isDue = [this] { return m_state->isWoken || m_state->isStopping; };
-        std::optional<std::chrono::steady_clock::time_point> pendingEnd; // from when the first one is pending
-        while (!isDue())
-        {
-            if (!m_state->pending.empty() && !pendingEnd)
-                pendingEnd = std::chrono::steady_clock::now() + longestPending;
-            if (pendingEnd && std::chrono::steady_clock::now() >= *pendingEnd)
-                break;
-            std::vector<Answer> ready;
-            const auto firstReady = std::ranges::stable_partition(
-                m_state->answers, [](const Answer& answer) { return !IsReady(answer.future); });
-            std::ranges::move(firstReady, std::back_inserter(ready));
-            m_state->answers.erase(firstReady.begin(), firstReady.end());
-            if (!ready.empty())
-            {
-                lock.unlock();
-                std::ranges::for_each(ready, Pass);
-                lock.lock();
-            }
-            else if (!m_state->answers.empty()) // they do not tell
-                m_state->wake.wait_for(lock, answerInterval);
-            else if (m_state->pending.empty())
-                m_state->wake.wait(lock);
-            else
-                m_state->wake.wait_until(lock, *pendingEnd);
-        }
+        if (!m_state->answers.empty()) // they do not tell
+            m_state->wake.wait_for(lock, answerInterval);
+        else if (pendingEnd != never)
+            m_state->wake.wait_until(lock, pendingEnd);
+        else
+            m_state->wake.wait(lock);
     }
 }
 

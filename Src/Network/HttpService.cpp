@@ -192,7 +192,7 @@ void HttpService::Run()
     m_state->manager = MakeManager();
     QEventLoop eventLoop;
     QTimer timer; // ends a wait for events
-    timer.start(longestWait);
+    timer.setInterval(longestWait);
 
     std::unique_lock lock(m_state->mutex);
     m_state->eventLoop = &eventLoop;
@@ -209,9 +209,16 @@ void HttpService::Run()
         lock.unlock();
         if (hasRequests)
             App::SafeCallable([this] { ProcessRequests(); })();
-        eventLoop.processEvents(m_state->replies.empty()
-                                    ? QEventLoop::ExcludeUserInputEvents
-                                    : QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+        QEventLoop::ProcessEventsFlags flags = QEventLoop::ExcludeUserInputEvents;
+        if (m_state->replies.empty())
+            timer.stop();
+        else
+        {
+            flags |= QEventLoop::WaitForMoreEvents;
+            if (!timer.isActive())
+                timer.start();
+        }
+        eventLoop.processEvents(flags);
         lock.lock();
     }
     m_state->eventLoop = nullptr;
@@ -297,23 +304,34 @@ HttpSender::HttpSender(std::shared_ptr<HttpService::State> state) : m_state(std:
 std::future<QString> HttpSender::SendGetRequest(const QUrl& url, const QUrlQuery& query,
                                                 const HttpService::Headers& headers) const
 {
-    return _Send(url, query, std::make_unique<HttpService::Request>(QString(), url, Get, headers));
+    auto request = std::make_unique<HttpService::Request>(QString(), url, Get, headers);
+    std::future<QString> future = request->promise.get_future();
+    _Send(query, std::move(request));
+    return future;
 }
 
 std::future<QString> HttpSender::SendPostRequest(const QUrl& url, const QUrlQuery& query, const QString& body,
                                                  const HttpService::Headers& headers) const
 {
-    return _Send(url, query, std::make_unique<HttpService::Request>(body, url, Post, headers));
+    auto request = std::make_unique<HttpService::Request>(body, url, Post, headers);
+    std::future<QString> future = request->promise.get_future();
+    _Send(query, std::move(request));
+    return future;
 }
 
-std::future<QString> HttpSender::_Send(const QUrl& url, const QUrlQuery& query,
-                                       std::unique_ptr<HttpService::Request> request) const
+void HttpSender::SendPostRequest(const QUrl& url, const QUrlQuery& query, const QString& body,
+                                 std::promise<QString> promise) const
+{
+    _Send(query, std::make_unique<HttpService::Request>(body, url, Post, HttpService::Headers(),
+                                                        std::move(promise)));
+}
+
+void HttpSender::_Send(const QUrlQuery& query, std::unique_ptr<HttpService::Request> request) const
 {
     request->url.setQuery(query);
-    std::future<QString> future = request->promise.get_future();
     const bool areHeaders = std::ranges::all_of(
         request->headers, [](const auto& header) { return IsHeader(header.first, header.second); });
-    const QString scheme = url.scheme();
+    const QString scheme = request->url.scheme();
     if (!areHeaders || (scheme != u"http" && scheme != u"https"))
     {
         const QString text =
@@ -321,13 +339,12 @@ std::future<QString> HttpSender::_Send(const QUrl& url, const QUrlQuery& query,
         Warn(request->url, text);
         Fail(request->promise,
              HttpException(text, request->url, 0, QNetworkReply::ProtocolInvalidOperationError));
-        return future;
+        return;
     }
     const std::scoped_lock lock(m_state->mutex);
     if (m_state->isStopped)
-        return future;
+        return;
     m_state->queue.push_back(std::move(request));
     m_state->Wake();
-    return future;
 }
 } // namespace vek::Network

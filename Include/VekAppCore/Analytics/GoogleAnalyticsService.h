@@ -49,7 +49,7 @@ public:
     GoogleAnalyticsService(const GoogleAnalyticsService&) = delete;
     GoogleAnalyticsService& operator=(const GoogleAnalyticsService&) = delete;
 
-    /// Without one, nothing can be sent.
+    /// Without one, what is to be sent is reported as an error, and dropped.
     void SetHttp(const Network::HttpSender& http);
     /// Scheme, host and port of the collection host.
     void SetAddress(const QUrl& address);
@@ -70,9 +70,8 @@ public:
     /// that are pending, the oldest are dropped.
     /// @param flush  at once.
     void BatchQuery(const UniversalAnalyticsQuery& query, bool flush);
-    /// Sends it at once. The future may be dropped, as the next one; both are a broken promise where nothing
-    /// is sent.
-    /// @throws NullptrException  without an HTTP service; as the next three.
+    /// Sends it at once, by the thread. The future may be dropped, as that of SendEvent; both are a broken
+    /// promise where nothing is sent.
     std::future<QString> SendQuery(const UniversalAnalyticsQuery& query);
     std::future<QString> SendEvent(const Analytics4Query::Event& event);
 
@@ -92,6 +91,7 @@ public:
     [[nodiscard]] quint64 GetDroppedCount() const;
 
 private:
+    struct Parameters;
     struct State;
 
     /// The thread's body.

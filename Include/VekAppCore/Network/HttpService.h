@@ -84,11 +84,14 @@ public:
                                                        const QString& body,
                                                        const HttpService::Headers& headers = {}) const;
 
+    /// For one who has given a future already.
+    void SendPostRequest(const QUrl& url, const QUrlQuery& query, const QString& body,
+                         std::promise<QString> promise) const;
+
 private:
     friend class HttpService;
     explicit HttpSender(std::shared_ptr<HttpService::State> state);
-    [[nodiscard]] std::future<QString> _Send(const QUrl& url, const QUrlQuery& query,
-                                             std::unique_ptr<HttpService::Request> request) const;
+    void _Send(const QUrlQuery& query, std::unique_ptr<HttpService::Request> request) const;
 
     std::shared_ptr<HttpService::State> m_state;
 };
