@@ -22,10 +22,6 @@
 <context>
     <name>ConsentPanel</name>
     <message>
-        <source>With your consent, this program tells its makers how it is used: which pages and dialogs are opened, which commands are used and how long they take, together with the version and the language of the program, the size of the screen and the kind of processor. It never sends files, measurements, names or anything that you type. You may change your mind at any time: what has not been sent by then is dropped.</source>
-        <translation>Avec votre accord, ce programme indique à ses auteurs comment il est utilisé : quelles pages et quelles boîtes de dialogue sont ouvertes, quelles commandes sont utilisées et combien de temps elles prennent, avec la version et la langue du programme, la taille de l’écran et le type de processeur. Il n’envoie jamais de fichiers, de mesures, de noms ni rien de ce que vous saisissez. Vous pouvez changer d’avis à tout moment : ce qui n’a pas encore été envoyé est abandonné.</translation>
-    </message>
-    <message>
         <source>Send usage statistics</source>
         <translation>Envoyer des statistiques d’utilisation</translation>
     </message>
@@ -36,6 +32,10 @@
     <message>
         <source>The settings of this computer decide.</source>
         <translation>Les réglages de cet ordinateur en décident.</translation>
+    </message>
+    <message>
+        <source>With your consent, this program tells its makers how it is used: which pages and dialogs are opened, which commands are used, when, and how long they take. With it go the version, edition and language of the program, your country, the size of the screen, the kind of processor and graphics card, the size of the memory, and a random number that stands for this installation. It sends no files and no measurements. You may change your mind at any time: what has not been sent by then is dropped.</source>
+        <translation>Avec votre accord, ce programme indique à ses auteurs comment il est utilisé : quelles pages et quelles boîtes de dialogue sont ouvertes, quelles commandes sont utilisées, quand et combien de temps elles prennent. S’y ajoutent la version, l’édition et la langue du programme, votre pays, la taille de l’écran, le type de processeur et de carte graphique, la taille de la mémoire, et un nombre aléatoire qui désigne cette installation. Aucun fichier ni aucune mesure n’est envoyé. Vous pouvez changer d’avis à tout moment : ce qui n’a pas encore été envoyé est abandonné.</translation>
     </message>
 </context>
 <context>

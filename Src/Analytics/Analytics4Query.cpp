@@ -1,4 +1,5 @@
 #include "VekAppCore/Analytics/Analytics4Query.h"
+#include "Analytics/EncodeForQuery.h"
 #include <QJsonDocument>
 #include <algorithm>
 #include <cmath>
@@ -11,12 +12,6 @@ using namespace Qt::StringLiterals;
 
 QString Join(QString words) { return words.replace(u' ', u'_'); }
 
-/// Without what is behind the point; as near as there is a number.
-qint64 Truncate(double value)
-{
-    constexpr double limit = 9223372036854774784.0; // the largest below 2^63
-    return std::isnan(value) ? 0 : static_cast<qint64>(std::clamp(value, -limit, limit));
-}
 } // namespace
 
 IMeasurementQuery::~IMeasurementQuery() = default;
@@ -62,7 +57,14 @@ QString Analytics4Query::GetPayload() const
 
 QUrlQuery Analytics4Query::GetUrlQuery() const
 {
-    return {{u"measurement_id"_s, m_measurementId}, {u"api_secret"_s, m_apiSecret}};
+    return {{u"measurement_id"_s, EncodeForQuery(m_measurementId)},
+            {u"api_secret"_s, EncodeForQuery(m_apiSecret)}};
+}
+
+qint64 TimingEvent::Truncate(double milliseconds)
+{
+    constexpr double limit = 9223372036854774784.0; // the largest below 2^63
+    return std::isnan(milliseconds) ? 0 : static_cast<qint64>(std::clamp(milliseconds, -limit, limit));
 }
 
 OldEvent::OldEvent(const QString& category, const QString& action, const QString& label, int value)

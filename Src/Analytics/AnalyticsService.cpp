@@ -4,10 +4,12 @@
 #include "VekAppCore/App/IAppFeatureService.h"
 #include "VekAppCore/App/Log.h"
 #include "VekAppCore/App/RegisterService.h"
+#include "VekBase/RawPtr.h"
 #include <QGuiApplication>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QScreen>
+#include <algorithm>
 #include <thread>
 #include <utility>
 
@@ -85,10 +87,21 @@ void AnalyticsService::OnNotify()
             if (name == UsedService())
                 _FollowConsent();
         });
+    // Services die in no order: what is pending is sent while all are there.
+    if (qApp)
+        QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp,
+                         [service = RawPtr<AnalyticsService>(this)] {
+                             if (service)
+                                 service->Stop();
+                         });
     _FollowConsent();
 }
 
-void AnalyticsService::_FollowConsent() { m_backEnd->SetSuppressing(!m_hasHttp || !IsServiceUsed()); }
+void AnalyticsService::_FollowConsent()
+{
+    m_backEnd->SetSuppressing(!m_hasHttp || !IsServiceUsed());
+    _TakeEngagement(); // what was before is nobody's business
+}
 
 void AnalyticsService::InitializeService(const App::GoogleAnalytics4DataStream& stream,
                                          const QString& trackingId, const QString& language,
@@ -115,7 +128,10 @@ void AnalyticsService::InitializeService(const App::GoogleAnalytics4DataStream& 
         set(ApplicationId, ToText(app->GetSecondVersion()));
     }
     if (const QScreen* const screen = QGuiApplication::primaryScreen())
-        set(ScreenSize, u"%1x%2"_s.arg(screen->size().width()).arg(screen->size().height()));
+    {
+        const QSize pixels = (QSizeF(screen->size()) * screen->devicePixelRatio()).toSize();
+        set(ScreenSize, u"%1x%2"_s.arg(pixels.width()).arg(pixels.height()));
+    }
     set(Processor, DescribeProcessor());
     if (const QString card = DescribeGraphicsCard(); !card.isEmpty())
         set(GraphicsCard, card);
@@ -127,12 +143,24 @@ void AnalyticsService::InitializeService(const App::GoogleAnalytics4DataStream& 
 
 ScopeBase AnalyticsService::OpenPage(const QString& page, const QString& title)
 {
-    const QString before = m_currentPage;
     _SendPageView(page, title);
-    return ScopeBase([service = RawPtr<AnalyticsService>(this), before, opened = m_currentPage] {
-        if (service && service->m_currentPage == opened && !before.isEmpty())
-            service->_SendPageView(before);
+    const int number = ++m_lastNumber;
+    m_openPages.push_back({number, m_currentPage});
+    return ScopeBase([service = RawPtr<AnalyticsService>(this), number] {
+        if (service)
+            service->_ClosePage(number);
     });
+}
+
+void AnalyticsService::_ClosePage(int number)
+{
+    const auto closed = std::ranges::find(m_openPages, number, &OpenedPage::number);
+    if (closed == m_openPages.end())
+        return;
+    const bool isCurrent = closed->page == m_currentPage && closed + 1 == m_openPages.end();
+    m_openPages.erase(closed);
+    if (isCurrent && !m_openPages.empty())
+        _SendPageView(m_openPages.back().page);
 }
 
 void AnalyticsService::_SendPageView(const QString& page, const QString& title)
@@ -178,8 +206,7 @@ void AnalyticsService::SendTiming(const QString& category, const QString& name,
 {
     if (!_IsSending())
         return;
-    UATimingQuery query(category, name,
-                        std::chrono::duration_cast<std::chrono::milliseconds>(duration).count());
+    UATimingQuery query(category, name, TimingEvent::Truncate(duration.count()));
     if (!label.isEmpty())
         query.SetTimingLabel(label);
     m_backEnd->BatchQuery(query, false);
@@ -194,12 +221,14 @@ void AnalyticsService::SendCrash() const
     const QString page = u"/Crash"_s;
     m_backEnd->BatchQuery(UAPageviewQuery(page), true);
     m_backEnd->SendEvent(PageViewEvent(ToTitle(page)));
+    _TakeEngagement();
 }
 
 void AnalyticsService::ResetCurrentPage(const QString& page)
 {
     m_pageScope.Release();
     m_currentPage = ToPage(page);
+    m_openPages.clear();
 }
 
 void AnalyticsService::SetDebug(bool isDebug)

@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -42,8 +43,8 @@ ConsentPanel::ConsentPanel(QWidget* parent) : QWidget(parent), m_impl(std::make_
         layout->addWidget(widget);
     connect(m_impl->isUsed, &QCheckBox::clicked, this, App::SafeCallable([this](bool isUsed) {
                 GetAnalyticsService().SetServiceUsed(isUsed);
-                m_impl->switched.Emit(isUsed);
                 _Refresh();
+                m_impl->switched.Emit(isUsed); // last: the panel may be deleted
             }));
     connect(&m_impl->timer, &QTimer::timeout, this, App::SafeCallable([this] {
         if (isVisible())
@@ -69,9 +70,10 @@ void ConsentPanel::_Translate()
         TrString::translate(
             "ConsentPanel",
             "With your consent, this program tells its makers how it is used: which pages and dialogs are opened, which "
-            "commands are used and how long they take, together with the version and the language of the program, the "
-            "size of the screen and the kind of processor. It never sends files, measurements, names or anything that "
-            "you type. You may change your mind at any time: what has not been sent by then is dropped."));
+            "commands are used, when, and how long they take. With it go the version, edition and language of the "
+            "program, your country, the size of the screen, the kind of processor and graphics card, the size of the "
+            "memory, and a random number that stands for this installation. It sends no files and no measurements. You "
+            "may change your mind at any time: what has not been sent by then is dropped."));
     set(m_impl->isUsed, TrString::translate("ConsentPanel", "Send usage statistics"));
     set(m_impl->title, TrString::translate("ConsentPanel",
                                            "What has been sent, as it went (the newest first, 50 at most):"));
@@ -91,6 +93,9 @@ void ConsentPanel::_Refresh()
     const GoogleAnalyticsService* const backEnd = GetAnalyticsService().GetBackEnd();
     const quint64 count = backEnd ? backEnd->GetSentCount() : 0;
     if (count == m_impl->shownCount)
+        return;
+    // What is being read or copied stays in its place.
+    if (m_impl->sent->textCursor().hasSelection() || m_impl->sent->verticalScrollBar()->value() > 0)
         return;
     m_impl->shownCount = count;
     QString text;

@@ -22,7 +22,8 @@ using namespace Qt::StringLiterals;
 constexpr std::size_t batchSize = 20;
 constexpr auto longestPending = 60s;
 constexpr auto longestStop = 150ms;
-constexpr auto answerInterval = 50ms; ///< Between looks at the answers, in debug mode only.
+constexpr auto longestAnswer = 30s;
+constexpr int mostInFlight = 4; ///< The rest stays with us, where it can be dropped.
 
 struct ParameterRow
 {
@@ -56,28 +57,22 @@ void Replace(UniversalAnalyticsQuery::Items& items, const QString& key, const QS
         found->second = value;
 }
 
-/// The answer of a request, for the log, and for the one who asked.
-struct Answer
-{
-    std::future<QString> future;
-    std::promise<QString> asker;
-};
-
-void Pass(Answer& answer)
+/// Passes an answer on.
+/// @return its text; empty without one.
+std::optional<QString> Pass(std::future<QString> answer, std::promise<QString>& asker)
 {
     try
     {
-        const QString text = answer.future.get();
-        App::Log(Log::Verbosity::Debug, text);
-        answer.asker.set_value(text);
+        const QString text = answer.get();
+        asker.set_value(text);
+        return text;
     }
     catch (...)
     {
-        answer.asker.set_exception(std::current_exception());
+        asker.set_exception(std::current_exception());
+        return std::nullopt;
     }
 }
-
-bool IsReady(const std::future<QString>& future) { return future.wait_for(0s) == std::future_status::ready; }
 } // namespace
 
 /// What is sent with every report. Never changed, but replaced: reports keep the one that they were made
@@ -109,7 +104,7 @@ struct GoogleAnalyticsService::Parameters
     }
 };
 
-struct GoogleAnalyticsService::State
+struct GoogleAnalyticsService::State : std::enable_shared_from_this<State>
 {
     /// A report that is sent at once. It is made on the thread, so that the caller need not wait for that.
     struct Single
@@ -127,12 +122,12 @@ struct GoogleAnalyticsService::State
     std::optional<Network::HttpSender> http;
     QUrl address;
     std::shared_ptr<const Parameters> parameters = std::make_shared<Parameters>();
-    std::vector<Single> singles;                  ///< The oldest first.
-    std::vector<UniversalAnalyticsQuery> pending; ///< For batches, prepared, the oldest first.
-    std::vector<Answer> answers;                  ///< Awaited in debug mode.
+    std::deque<Single> singles;                  ///< The oldest first.
+    std::deque<UniversalAnalyticsQuery> pending; ///< For batches, prepared, the oldest first.
     std::deque<Sent> sent;
     quint64 sentCount = 0;
     quint64 droppedCount = 0;
+    int inFlight = 0;
     const qint64 sessionId = QDateTime::currentSecsSinceEpoch();
     bool isSuppressing = false;
     bool isDebug = false;
@@ -153,50 +148,75 @@ struct GoogleAnalyticsService::State
         const auto time = std::chrono::duration_cast<std::chrono::microseconds>(now).count();
         std::promise<QString> promise;
         std::future<QString> future = promise.get_future();
-        const std::scoped_lock lock(mutex);
+        std::unique_lock lock(mutex);
         if (isSuppressing || isStopping)
             return future;
         singles.push_back(
             {parameters, std::move(report), static_cast<quint64>(time), isDebug, std::move(promise)});
-        DropOldest(singles);
+        const bool isFirstDropped = DropOldest(singles);
         wake.notify_one();
+        lock.unlock();
+        WarnOfDropping(isFirstDropped);
         return future;
     }
 
-    template <typename T>
-    void DropOldest(std::vector<T>& reports)
+    /// With the lock held.
+    /// @return that it is the first time.
+    bool DropOldest(auto& reports)
     {
         if (reports.size() <= mostPending)
-            return;
-        reports.erase(reports.begin());
-        if (++droppedCount == 1)
+            return false;
+        reports.pop_front();
+        return ++droppedCount == 1;
+    }
+
+    static void WarnOfDropping(bool isFirst)
+    {
+        if (isFirst)
             App::Log(
                 Log::Verbosity::Warning,
                 u"Analytics: more than %1 reports are pending, the oldest are dropped"_s.arg(mostPending));
     }
 
-    /// On the thread. Nothing is sent where the switch has been set meanwhile.
+    /// On the thread, without the lock: what is called may log, and the log is the application's. Nothing is
+    /// sent where the switch has been set meanwhile.
     void Post(const QString& path, const QUrlQuery& query, const QString& payload, bool toDebug,
               std::promise<QString> promise)
     {
-        const std::scoped_lock lock(mutex);
+        std::unique_lock lock(mutex);
         if (isSuppressing)
             return;
         if (!http)
+        {
+            pending.clear(); // the others would only say the same
+            singles.clear();
             throw Exception::NullptrException();
+        }
         QUrl url = address;
         url.setPath(toDebug ? u"/debug"_s + path : path);
         ++sentCount;
         sent.push_back({QDateTime::currentDateTime(), url.path(), payload});
         if (sent.size() > mostSentKept)
             sent.pop_front();
-        if (toDebug)
-            answers.push_back({http->SendPostRequest(url, query, payload), std::move(promise)});
-        else
-            http->SendPostRequest(url, query, payload, std::move(promise));
+        ++inFlight;
+        const Network::HttpSender sender = *http;
+        lock.unlock();
+        auto end = [state = weak_from_this(), toDebug,
+                    asker = std::move(promise)](std::future<QString> answer) mutable {
+            const std::optional<QString> text = Pass(std::move(answer), asker);
+            if (text && toDebug)
+                App::Log(Log::Verbosity::Debug, *text);
+            if (const auto alive = state.lock())
+            {
+                const std::scoped_lock ended(alive->mutex);
+                --alive->inFlight;
+                alive->wake.notify_one();
+            }
+        };
+        sender.SendPostRequest(url, query, payload, longestAnswer, std::move(end));
     }
 
-    void Post(Single& single)
+    void Post(Single single)
     {
         if (const auto* const event = std::get_if<Analytics4Query::Event>(&single.report))
         {
@@ -210,38 +230,26 @@ struct GoogleAnalyticsService::State
             Post(u"/collect"_s, {}, query.GetPayload(), single.isDebug, std::move(single.promise));
     }
 
-    /// The answers that have come. With the lock held.
-    std::vector<Answer> TakeReady()
+    void Post(const std::vector<UniversalAnalyticsQuery>& chunk, bool toDebug)
     {
-        const auto ready = std::ranges::stable_partition(
-            answers, [](const Answer& answer) { return !IsReady(answer.future); });
-        std::vector<Answer> taken(std::make_move_iterator(ready.begin()),
-                                  std::make_move_iterator(ready.end()));
-        answers.erase(ready.begin(), ready.end());
-        return taken;
+        QStringList lines;
+        for (const UniversalAnalyticsQuery& query : chunk)
+            lines.push_back(query.GetPayload());
+        Post(u"/batch"_s, {}, lines.join(u'\n'), toDebug, {});
     }
 
-    /// @return the futures of the batches.
-    std::vector<std::future<QString>> Post(const std::vector<UniversalAnalyticsQuery>& queries)
+    /// The next ones of the pending. With the lock held.
+    std::vector<UniversalAnalyticsQuery> TakeChunk()
     {
-        std::unique_lock lock(mutex);
-        const bool isBatchDebug = isDebug;
-        lock.unlock();
-        std::vector<std::future<QString>> futures;
-        for (std::size_t begin = 0; begin < queries.size(); begin += batchSize)
-        {
-            QStringList lines;
-            for (std::size_t i = begin; i < std::min(begin + batchSize, queries.size()); ++i)
-                lines.push_back(queries[i].GetPayload());
-            std::promise<QString> promise;
-            futures.push_back(promise.get_future());
-            Post(u"/batch"_s, {}, lines.join(u'\n'), isBatchDebug, std::move(promise));
-        }
-        return futures;
+        const auto end = pending.begin() + static_cast<std::ptrdiff_t>(std::min(batchSize, pending.size()));
+        std::vector<UniversalAnalyticsQuery> chunk(std::make_move_iterator(pending.begin()),
+                                                   std::make_move_iterator(end));
+        pending.erase(pending.begin(), end);
+        return chunk;
     }
 };
 
-GoogleAnalyticsService::GoogleAnalyticsService() : m_state(std::make_unique<State>()) {}
+GoogleAnalyticsService::GoogleAnalyticsService() : m_state(std::make_shared<State>()) {}
 GoogleAnalyticsService::~GoogleAnalyticsService() { Stop(); }
 
 void GoogleAnalyticsService::SetHttp(const Network::HttpSender& http)
@@ -311,16 +319,18 @@ bool GoogleAnalyticsService::IsDebug() const
 
 void GoogleAnalyticsService::BatchQuery(const UniversalAnalyticsQuery& query, bool flush)
 {
-    const std::scoped_lock lock(m_state->mutex);
+    std::unique_lock lock(m_state->mutex);
     UniversalAnalyticsQuery prepared = m_state->parameters->Prepare(query);
     const bool isFirst = m_state->pending.empty();
     if (prepared.isValid() && !m_state->isSuppressing && !m_state->isStopping)
         m_state->pending.push_back(std::move(prepared));
-    m_state->DropOldest(m_state->pending);
-    const bool isDue = flush || m_state->pending.size() >= batchSize;
+    const bool isFirstDropped = m_state->DropOldest(m_state->pending);
+    const bool isDue = !m_state->pending.empty() && (flush || m_state->pending.size() >= batchSize);
     m_state->isWoken = m_state->isWoken || isDue;
     if (isDue || isFirst) // from the first one on, the time counts
         m_state->wake.notify_one();
+    lock.unlock();
+    State::WarnOfDropping(isFirstDropped);
 }
 
 std::future<QString> GoogleAnalyticsService::SendQuery(const UniversalAnalyticsQuery& query)
@@ -354,7 +364,10 @@ void GoogleAnalyticsService::Start()
 {
     if (m_state->thread.joinable())
         return;
-    m_state->isStopping = false;
+    {
+        const std::scoped_lock lock(m_state->mutex);
+        m_state->isStopping = false;
+    }
     m_state->thread = std::thread([this] { Run(); });
 }
 
@@ -377,46 +390,40 @@ void GoogleAnalyticsService::Run()
     std::unique_lock lock(m_state->mutex);
     for (;;)
     {
-        const bool isLast = m_state->isStopping;
         const auto now = std::chrono::steady_clock::now();
         if (m_state->pending.empty())
+        {
             pendingEnd = never;
+            m_state->isWoken = false;
+        }
         else if (pendingEnd == never)
             pendingEnd = now + longestPending;
-        const bool isDue = isLast || m_state->isWoken || now >= pendingEnd;
-        auto singles = std::exchange(m_state->singles, {});
-        std::vector<UniversalAnalyticsQuery> queries;
-        if (isDue)
+        const bool isFree = m_state->isStopping || m_state->inFlight < mostInFlight;
+        const bool isDue = m_state->isStopping || m_state->isWoken || now >= pendingEnd;
+        if (isFree && !m_state->singles.empty())
         {
-            queries = std::exchange(m_state->pending, {});
-            m_state->isWoken = false;
-            pendingEnd = never;
-        }
-        std::vector<Answer> ready = m_state->TakeReady();
-        if (isLast || !singles.empty() || !queries.empty() || !ready.empty())
-        {
+            State::Single single = std::move(m_state->singles.front());
+            m_state->singles.pop_front();
             lock.unlock();
-            for (State::Single& single : singles)
-                App::SafeCallable([&] { m_state->Post(single); })();
-            std::vector<std::future<QString>> batches;
-            App::SafeCallable([&] { batches = m_state->Post(queries); })();
-            std::ranges::for_each(ready, Pass);
-            if (isLast)
-            {
-                for (const std::future<QString>& batch : batches)
-                    batch.wait_until(now + longestStop);
-                return;
-            }
-            lock.lock();
-            continue; // more may have come
+            App::SafeCallable([&] { m_state->Post(std::move(single)); })();
         }
-        if (!m_state->answers.empty()) // they do not tell
-            m_state->wake.wait_for(lock, answerInterval);
-        else if (pendingEnd != never)
+        else if (isFree && isDue && !m_state->pending.empty())
+        {
+            const std::vector<UniversalAnalyticsQuery> chunk = m_state->TakeChunk();
+            const bool toDebug = m_state->isDebug;
+            lock.unlock();
+            App::SafeCallable([&] { m_state->Post(chunk, toDebug); })();
+        }
+        else if (m_state->isStopping)
+            break;
+        else if (isFree && pendingEnd != never)
             m_state->wake.wait_until(lock, pendingEnd);
         else
             m_state->wake.wait(lock);
+        if (!lock.owns_lock())
+            lock.lock();
     }
+    m_state->wake.wait_for(lock, longestStop, [this] { return m_state->inFlight == 0; });
 }
 
 std::vector<GoogleAnalyticsService::Sent> GoogleAnalyticsService::GetSent() const

@@ -1,5 +1,5 @@
 #include "VekAppCore/Analytics/UniversalAnalyticsQuery.h"
-#include <QUrl>
+#include "Analytics/EncodeForQuery.h"
 #include <algorithm>
 #include <array>
 
@@ -34,14 +34,9 @@ QString UniversalAnalyticsQuery::GetPayload() const { return GetUrlQuery().toStr
 
 QUrlQuery UniversalAnalyticsQuery::GetUrlQuery() const
 {
-    // Encoded by us: a "+" would be left as it is, and read as a blank.
-    // Never null, either: that would be a key without "=".
-    const auto encode = [](const QString& text) {
-        return u""_s + QString::fromLatin1(QUrl::toPercentEncoding(text));
-    };
     QUrlQuery query;
     for (const auto& [key, value] : m_items)
-        query.addQueryItem(encode(key), encode(value));
+        query.addQueryItem(EncodeForQuery(key), EncodeForQuery(value));
     return query;
 }
 

@@ -4,6 +4,7 @@
 #include "VekAppCore/App/RegisterService.h"
 #include "VekAppCore/Settings/AppSettings.h"
 #include "VekAppCore/Settings/VekQSettings.h"
+#include "VekAppCore/Text/Convert.h"
 #include <map>
 #include <mutex>
 #include <shared_mutex>
@@ -28,15 +29,23 @@ public:
             GetAllUsersSettings()->GetValueAsVariant(u"AppFeatures/"_s + name).ToQVariant();
         if (machine.isValid())
         {
-            QVariant converted = machine; // settings keep most values as text
-            if (converted.convert(value.metaType()))
-                feature.machine = converted;
-            else
+            // Settings keep most values as text. To Qt, "no" would be true.
+            const bool isRead = machine.metaType() == value.metaType() ||
+                                Convert::FromString(machine.toString(), value.metaType(), feature.machine);
+            if (machine.metaType() == value.metaType())
+                feature.machine = machine;
+            if (!isRead)
+            {
+                feature.machine = QVariant(value.metaType()); // nothing is allowed by mistake
                 Log(Log::Verbosity::Warning,
                     u"The settings of the machine have no valid feature \"%1\""_s.arg(name));
+            }
         }
-        const std::unique_lock lock(m_mutex);
-        m_features.try_emplace(name, std::move(feature));
+        std::unique_lock lock(m_mutex);
+        const bool isNew = m_features.try_emplace(name, std::move(feature)).second;
+        lock.unlock();
+        if (isNew)
+            m_changed.Emit(name);
     }
 
     void SetValue(const QString& name, const QVariant& value) override

@@ -14,6 +14,7 @@
 #include <QTimer>
 #include <QUrlQuery>
 #include <algorithm>
+#include <atomic>
 #include <condition_variable>
 #include <limits>
 #include <mutex>
@@ -46,6 +47,12 @@ bool IsHeader(const QString& name, const QString& value)
     const auto breaksLine = [](QChar c) { return c == u'\r' || c == u'\n' || c.isNull(); };
     return !name.isEmpty() && std::ranges::all_of(name, isTokenCharacter) &&
            std::ranges::none_of(value, breaksLine);
+}
+
+int ToMilliseconds(std::chrono::milliseconds timeout)
+{
+    constexpr std::chrono::milliseconds most(std::numeric_limits<int>::max());
+    return static_cast<int>(std::clamp(timeout, 0ms, most).count());
 }
 
 void Warn(const QUrl& url, const QString& text)
@@ -82,11 +89,32 @@ struct HttpService::Request
     QUrl url;
     qint32 method;
     Headers headers;
-    std::promise<QString> promise;
+    std::promise<QString> promise{};
+
+    // For one who is called back.
+    std::optional<int> timeout{}; ///< In milliseconds.
+    std::move_only_function<void(std::future<QString>)> onEnd{};
+    std::future<QString> future{};
 
     // Of the answer.
-    QByteArray received;
-    QString refusal; ///< Why it was cut off by us; empty where it was not.
+    QByteArray received{};
+    QString refusal{}; ///< Why it was cut off by us; empty where it was not.
+    bool hasFailed = false;
+
+    Request(QString text, QUrl address, qint32 how, Headers extra)
+        : body(std::move(text)), url(std::move(address)), method(how), headers(std::move(extra))
+    {}
+    Request(const Request&) = delete;
+    Request& operator=(const Request&) = delete;
+    ~Request() { End(); }
+
+    /// The caller hears of it: where the promise has not been kept, that it never will be.
+    void End()
+    {
+        promise = std::promise<QString>();
+        if (auto call = std::exchange(onEnd, {}))
+            App::SafeCallable([&] { call(std::move(future)); })();
+    }
 };
 
 struct HttpService::Options
@@ -109,9 +137,9 @@ struct HttpService::State
     std::condition_variable hasWork;
     std::vector<std::unique_ptr<Request>> queue; ///< Not yet sent, the oldest first.
     Options options;
-    bool isRunning = false;
-    bool isStopped = false;          ///< For ever.
-    QEventLoop* eventLoop = nullptr; ///< Of the thread, while it runs.
+    std::atomic<bool> isRunning = false; ///< Set with the lock held.
+    bool isStopped = false;              ///< For ever.
+    QEventLoop* eventLoop = nullptr;     ///< Of the thread, while it runs.
 
     // The thread's own.
     std::shared_ptr<QNetworkAccessManager> manager;
@@ -133,13 +161,15 @@ HttpService::HttpService() : m_state(std::make_shared<State>()) {}
 
 HttpService::~HttpService()
 {
+    std::vector<std::unique_ptr<Request>> queue; // its requests call back without the lock
     {
         const std::scoped_lock lock(m_state->mutex);
         m_state->isRunning = false;
         m_state->isStopped = true;
-        m_state->queue.clear();
+        queue.swap(m_state->queue);
         m_state->Wake();
     }
+    queue.clear();
     if (m_state->thread.joinable())
         m_state->thread.join();
 }
@@ -167,15 +197,13 @@ void HttpService::SetSSLConfiguration(const QSslConfiguration& configuration)
 void HttpService::SetTransferTimeout(std::chrono::milliseconds timeout)
 {
     const std::scoped_lock lock(m_state->mutex);
-    constexpr std::chrono::milliseconds::rep mostTimeout = std::numeric_limits<int>::max();
-    m_state->options.timeout =
-        static_cast<int>(std::clamp<std::chrono::milliseconds::rep>(timeout.count(), 0, mostTimeout));
+    m_state->options.timeout = ToMilliseconds(timeout);
 }
 
 void HttpService::SetMostBytes(qint64 mostBytes)
 {
     const std::scoped_lock lock(m_state->mutex);
-    m_state->options.mostBytes = mostBytes;
+    m_state->options.mostBytes = std::max<qint64>(mostBytes, 0);
 }
 
 void HttpService::Start()
@@ -219,6 +247,7 @@ void HttpService::Run()
                 timer.start();
         }
         eventLoop.processEvents(flags);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // which this loop does not send
         lock.lock();
     }
     m_state->eventLoop = nullptr;
@@ -240,7 +269,8 @@ void HttpService::ProcessRequests()
     if (std::exchange(m_state->sslConfiguration, options.sslConfiguration) != options.sslConfiguration)
         m_state->manager = MakeManager();
     for (auto& request : queue)
-        _SendNow(std::move(request), options);
+        if (m_state->isRunning)
+            _SendNow(std::move(request), options);
 }
 
 void HttpService::_SendNow(const std::shared_ptr<Request>& request, const Options& options)
@@ -253,8 +283,12 @@ void HttpService::_SendNow(const std::shared_ptr<Request>& request, const Option
                    u"%1 (Windows NT %3)"_s.arg(u"Havlen/1.0"_s, QSysInfo::kernelVersion()));
     sent.setHeader(QNetworkRequest::ContentTypeHeader, u"text/plain"_s);
     for (const auto& [name, value] : request->headers)
-        sent.setRawHeader(name.toUtf8(), value.toUtf8());
-    sent.setTransferTimeout(options.timeout);
+        sent.setRawHeader(name.toUtf8(),
+                          value.isEmpty() ? QByteArray("") : value.toUtf8()); // a null one erases
+    // What a server sets is nobody's business in the next request.
+    sent.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    sent.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    sent.setTransferTimeout(request->timeout.value_or(options.timeout));
     sent.setDecompressedSafetyCheckThreshold(
         options.mostBytes); // what is larger is refused below in any case
     QNetworkReply* reply = nullptr;
@@ -265,34 +299,33 @@ void HttpService::_SendNow(const std::shared_ptr<Request>& request, const Option
     default: return;
     }
     m_state->replies.emplace(reply, State::InFlight{request, m_state->manager});
-    const auto receive = [reply, request, mostBytes = options.mostBytes] {
-        if (reply->isOpen())
-            request->received += reply->readAll();
-        if (request->received.size() <= mostBytes || !request->refusal.isEmpty())
-            return;
-        request->refusal = u"The answer is larger than %1 bytes"_s.arg(mostBytes);
-        reply->abort();
-    };
-    const auto complete = [this, reply, request, receive] {
-        receive();
-        reply->deleteLater();
-        m_state->replies.erase(reply);
-        // Out of the request, which lives as long as the reply: where nothing is set, the caller hears so
-        // now.
-        std::promise<QString> promise = std::move(request->promise);
-        if (!request->refusal.isEmpty())
-            Fail(promise, HttpException(request->refusal, reply->url(), 200));
-        else if (reply->attribute(QNetworkRequest::HttpStatusCodeAttribute) == 200 &&
-                 reply->error() == QNetworkReply::NoError)
-            promise.set_value(QString::fromUtf8(request->received));
-    };
     const auto fail = [reply, request] {
+        request->hasFailed = true;
         const QString text = request->refusal.isEmpty() ? reply->errorString() : request->refusal;
         Warn(reply->url(), text);
         Fail(request->promise,
              HttpException(text, reply->url(),
                            reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
                            reply->error()));
+    };
+    const auto receive = [reply, request, mostBytes = options.mostBytes] {
+        if (reply->isOpen())
+            request->received += reply->readAll();
+        if (request->received.size() <= mostBytes || !request->refusal.isEmpty())
+            return;
+        request->refusal = u"The answer is larger than %1 bytes"_s.arg(mostBytes);
+        reply->abort(); // which fails, unless it has come to its end
+    };
+    const auto complete = [this, reply, request, receive, fail] {
+        receive();
+        if (!request->refusal.isEmpty() && !request->hasFailed)
+            fail();
+        reply->deleteLater();
+        m_state->replies.erase(reply);
+        if (!request->hasFailed && reply->attribute(QNetworkRequest::HttpStatusCodeAttribute) == 200 &&
+            reply->error() == QNetworkReply::NoError)
+            request->promise.set_value(QString::fromUtf8(request->received));
+        request->End(); // now: the request lives as long as the reply
     };
     QtUtility::SafeConnect(reply, &QNetworkReply::readyRead, reply, receive);
     QtUtility::SafeConnect(reply, &QNetworkReply::finished, reply, complete);
@@ -320,10 +353,14 @@ std::future<QString> HttpSender::SendPostRequest(const QUrl& url, const QUrlQuer
 }
 
 void HttpSender::SendPostRequest(const QUrl& url, const QUrlQuery& query, const QString& body,
-                                 std::promise<QString> promise) const
+                                 std::chrono::milliseconds timeout,
+                                 std::move_only_function<void(std::future<QString>)> onEnd) const
 {
-    _Send(query, std::make_unique<HttpService::Request>(body, url, Post, HttpService::Headers(),
-                                                        std::move(promise)));
+    auto request = std::make_unique<HttpService::Request>(body, url, Post, HttpService::Headers());
+    request->timeout = ToMilliseconds(timeout);
+    request->future = request->promise.get_future();
+    request->onEnd = std::move(onEnd);
+    _Send(query, std::move(request));
 }
 
 void HttpSender::_Send(const QUrlQuery& query, std::unique_ptr<HttpService::Request> request) const
@@ -343,7 +380,7 @@ void HttpSender::_Send(const QUrlQuery& query, std::unique_ptr<HttpService::Requ
     }
     const std::scoped_lock lock(m_state->mutex);
     if (m_state->isStopped)
-        return;
+        return; // the request dies after the lock: it may call back
     m_state->queue.push_back(std::move(request));
     m_state->Wake();
 }

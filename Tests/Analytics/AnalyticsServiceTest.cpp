@@ -131,10 +131,10 @@ TEST_F(AnalyticsServiceTest, PageBeforeIsReportedWhenOneIsClosed)
     first.Release(); // it is not the current one
     EXPECT_EQ(m_service.CurrentPage(), "/Second");
     second.Release();
-    EXPECT_EQ(m_service.CurrentPage(), "/First");
+    EXPECT_EQ(m_service.CurrentPage(), "/"); // the first is closed
     m_service.ResetCurrentPage("Other");
     EXPECT_EQ(m_service.CurrentPage(), "/Other");
-    EXPECT_THAT(getPages(4), ElementsAre("MainWindow", "First", "Second", "First"));
+    EXPECT_THAT(getPages(4), ElementsAre("MainWindow", "First", "Second", "MainWindow"));
 }
 
 TEST_F(AnalyticsServiceTest, NothingIsSentWithoutConsent)
@@ -209,23 +209,49 @@ TEST_F(AnalyticsServiceTest, SessionsAndDebugModeHaveTheirPaths)
 TEST_F(AnalyticsServiceTest, OldestPendingAreDroppedAndToldOnce)
 {
     GoogleAnalyticsService backEnd; // not started
+    backEnd.SetAddress(m_server.GetUrl(""));
     for (int i = 0; i < 4; ++i)
         backEnd.SetApplicationParameter(static_cast<EApplicationParameter>(i), "x");
     backEnd.SetApplicationParameter(static_cast<EApplicationParameter>(13), "x"); // ignored
     const std::size_t before = m_log.GetLines().size();
     for (int i = 0; i < 1003; ++i)
-        backEnd.BatchQuery(UAPageviewQuery("/"), true);
+        backEnd.BatchQuery(UAPageviewQuery('/' + QString::number(i)), true);
     EXPECT_EQ(backEnd.GetDroppedCount(), 3U);
     EXPECT_EQ(m_log.GetLines().size(), before + 1);
-    // Without an HTTP service, what is tried is reported where it is tried, once for the batches and once for
-    // this.
-    std::future<QString> future = backEnd.SendEvent(PageViewEvent("a"));
-    backEnd.Start();
-    EXPECT_THROW(future.get(), std::future_error);
-    backEnd.Stop();
-    const auto isError = [](const auto& line) { return line.verbosity == Log::Verbosity::Error; };
+    {
+        GoogleAnalyticsService deaf; // without an HTTP service
+        std::future<QString> future = deaf.SendEvent(PageViewEvent("a"));
+        deaf.SendEvent(PageViewEvent("b"));
+        deaf.Start();
+        EXPECT_THROW(future.get(), std::future_error);
+    }
     const auto lines = m_log.GetLines();
-    EXPECT_EQ(std::ranges::count_if(lines, isError), 2);
+    EXPECT_EQ(std::ranges::count(lines, Log::Verbosity::Error, &TestSupport::LogLine::verbosity), 1);
+
+    backEnd.SetHttp(App::Services().Require<Network::HttpService>().GetSender());
+    backEnd.Start();
+    const auto sent = WaitFor(1000);
+    const auto has = [&sent](const char* end) {
+        return std::ranges::any_of(sent, [end](const std::string& line) { return line.ends_with(end); });
+    };
+    EXPECT_FALSE(has("=%2F2"));
+    EXPECT_TRUE(has("=%2F3") && has("=%2F1002"));
+}
+
+TEST_F(AnalyticsServiceTest, HangingHostTakesFourRequestsAndNoMore)
+{
+    GoogleAnalyticsService& backEnd = *m_service.GetBackEnd();
+    m_server.Hang();
+    for (int i = 0; i < 2000; ++i)
+        m_service.SendEvent("a", "b");
+    EXPECT_TRUE(TestSupport::WaitFor([this] { return m_server.GetRequests().size() == 4; }));
+    EXPECT_EQ(backEnd.GetSentCount(), 4U);
+    EXPECT_GE(backEnd.GetDroppedCount(), 996U + 980U); // of the events and of the queries
+    std::future<QString> future = backEnd.SendEvent(PageViewEvent("a"));
+    m_service.SetServiceUsed(false);
+    EXPECT_THROW(future.get(), std::future_error); // dropped
+    m_service.Stop();
+    EXPECT_EQ(backEnd.GetSentCount(), 4U);
 }
 
 TEST_F(AnalyticsServiceTest, ConsentPanelShowsAndSwitches)

@@ -65,7 +65,8 @@ void ScriptedServer::_Serve(QTcpSocket& socket, std::size_t connection)
         const std::scoped_lock lock(m_mutex);
         m_requests[connection] += unread + '\0';
     }
-    _Answer(socket, unread);
+    if (!m_isHanging)
+        _Answer(socket, unread);
 }
 
 void ScriptedServer::_Answer(QTcpSocket& socket, const QByteArray& request)

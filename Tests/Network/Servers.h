@@ -3,6 +3,7 @@
 #include <QProcess>
 #include <QThread>
 #include <QUrl>
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -29,6 +30,9 @@ public:
     /// order of opening.
     [[nodiscard]] std::vector<QByteArray> GetRequests() const;
 
+    /// From now on nothing is answered.
+    void Hang() { m_isHanging = true; }
+
 private:
     void _Serve(QTcpSocket& socket, std::size_t connection);
     void _Answer(QTcpSocket& socket, const QByteArray& request);
@@ -36,6 +40,7 @@ private:
     QThread m_thread;
     QTcpServer* m_server; ///< Lives on the thread.
     quint16 m_port = 0;
+    std::atomic<bool> m_isHanging = false;
     mutable std::mutex m_mutex;
     std::vector<QByteArray> m_requests; ///< One a connection.
 };

@@ -72,5 +72,8 @@ struct VEKAPPCORE_EXPORT TimingEvent : Analytics4Query::Event
     /// @param milliseconds  are sent whole, without what is behind the point.
     /// @param label  is left out when it is empty.
     TimingEvent(const QString& category, const QString& action, double milliseconds, const QString& label);
+
+    /// Without what is behind the point, as near as there is a number; 0 for none.
+    [[nodiscard]] static qint64 Truncate(double milliseconds);
 };
 } // namespace vek::Analytics

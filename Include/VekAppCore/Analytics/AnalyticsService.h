@@ -6,6 +6,7 @@
 #include "VekBase/Signal.h"
 #include <chrono>
 #include <memory>
+#include <vector>
 
 namespace vek::Analytics
 {
@@ -44,8 +45,8 @@ public:
 
     /// Reports that the user is on this page now; "/" is put in front where it is missing.
     /// @param title  for people; may be empty.
-    /// @return the page is open while it lives; where it is still the current one then, the page before it
-    /// becomes current again, and is reported.
+    /// @return the page is open while it lives; where it is the current one then, the last one before it that
+    /// is still open becomes current again, and is reported.
     [[nodiscard]] ScopeBase OpenPage(const QString& page, const QString& title = {});
     /// @param label  may be empty.
     /// @param value  is left out when it is negative.
@@ -58,7 +59,7 @@ public:
 
     /// Begins with "/", or is empty before the first page.
     [[nodiscard]] QString CurrentPage() const { return m_currentPage; }
-    /// Sets it without a report.
+    /// Sets it without a report, and forgets which pages are open.
     void ResetCurrentPage(const QString& page);
 
     void SetDebug(bool isDebug);
@@ -79,6 +80,13 @@ public:
     [[nodiscard]] GoogleAnalyticsService* GetBackEnd() const { return m_backEnd.get(); }
 
 private:
+    struct OpenedPage
+    {
+        int number;
+        QString page;
+    };
+
+    void _ClosePage(int number);
     void _SendPageView(const QString& page, const QString& title = {});
     /// Since the report before this one, in milliseconds.
     double _TakeEngagement() const;
@@ -87,6 +95,8 @@ private:
 
     std::unique_ptr<GoogleAnalyticsService> m_backEnd;
     QString m_currentPage;
+    std::vector<OpenedPage> m_openPages; ///< The last one opened at the end.
+    int m_lastNumber = 0;
     ScopeBase m_pageScope; ///< Runs when the page is left.
     Connection m_featureChanged;
     bool m_hasHttp = false;

@@ -12,6 +12,7 @@ namespace vek::Analytics
 class VEKAPPCORE_EXPORT ConsentPanel : public QWidget
 {
 public:
+    /// @throws NullptrException  there is no AnalyticsService.
     explicit ConsentPanel(QWidget* parent = nullptr);
     ~ConsentPanel() override;
 

@@ -33,7 +33,7 @@ enum class EApplicationParameter : int
 class VEKAPPCORE_EXPORT GoogleAnalyticsService
 {
 public:
-    /// What has gone out.
+    /// What has been handed to the HTTP service.
     struct Sent
     {
         QDateTime time;
@@ -97,6 +97,6 @@ private:
     /// The thread's body.
     void Run();
 
-    std::unique_ptr<State> m_state;
+    std::shared_ptr<State> m_state; ///< Answers may come later.
 };
 } // namespace vek::Analytics

@@ -17,7 +17,9 @@ class VEKAPPCORE_EXPORT IAppFeatureService : public IService<IAppFeatureService>
 public:
     ~IAppFeatureService() override;
 
-    /// Adds a feature; one that is there keeps its value. Its type is that of @p value from now on.
+    /// Adds a feature; one that is there keeps its value. Its type is that of @p value from now on. Where the
+    /// settings of the machine have something that is no such value, it is false, 0 or empty, and a warning
+    /// is logged.
     virtual void Declare(const QString& name, const QVariant& value) = 0;
 
     /// Gives it another value, for this run; while the machine overrides it, that is not seen.
@@ -31,7 +33,8 @@ public:
     /// Whether the settings of the machine decide.
     [[nodiscard]] virtual bool IsOverridden(const QString& name) const = 0;
 
-    /// Calls @p callback with the name of each feature that gets another value, while the connection is kept.
+    /// Calls @p callback with the name of each feature that is added or gets another value, while the
+    /// connection is kept.
     [[nodiscard]] virtual Connection OnChanged(std::function<void(const QString&)> callback) = 0;
 
     /// Empty where it is not declared, or has another type.

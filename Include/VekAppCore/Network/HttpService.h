@@ -2,6 +2,7 @@
 #include "VekAppCore/App/ServiceBase.h"
 #include "VekAppCore/Network/HttpException.h"
 #include <chrono>
+#include <functional>
 #include <future>
 #include <map>
 #include <memory>
@@ -19,7 +20,8 @@ class HttpSender;
 /// A future gets the body of an answer with the status 200, decoded as UTF-8, or an HttpException, which is
 /// logged as a warning, too. It ends as a broken promise where the answer has another status that is no
 /// error, such as 204, and where the service dies first. Redirections are followed, but not from HTTPS to
-/// HTTP. A future that nobody wants may be dropped.
+/// HTTP. A future that nobody wants may be dropped. Cookies are neither kept nor sent. It needs a
+/// QCoreApplication.
 class VEKAPPCORE_EXPORT HttpService final : public App::IService<HttpService>
 {
 public:
@@ -49,6 +51,7 @@ public:
     /// Of requests that are sent from now on.
     void SetSSLConfiguration(const QSslConfiguration& configuration);
     /// How long a server may be silent, of requests that are sent from now on; 0, as at first, for ever.
+    /// The time that a request waits for others to the same host counts, too.
     void SetTransferTimeout(std::chrono::milliseconds timeout);
     /// The largest body, unpacked, in bytes, of requests that are sent from now on.
     void SetMostBytes(qint64 mostBytes);
@@ -84,9 +87,13 @@ public:
                                                        const QString& body,
                                                        const HttpService::Headers& headers = {}) const;
 
-    /// For one who has given a future already.
+    /// For one who has no thread to wait with.
+    /// @param timeout  in the place of that of the service.
+    /// @param onEnd  called once, with a future that is ready: on the thread of the service, or at once where
+    /// nothing can be sent.
     void SendPostRequest(const QUrl& url, const QUrlQuery& query, const QString& body,
-                         std::promise<QString> promise) const;
+                         std::chrono::milliseconds timeout,
+                         std::move_only_function<void(std::future<QString>)> onEnd) const;
 
 private:
     friend class HttpService;
