@@ -21,6 +21,9 @@ void ForEachSetting(const auto& visit)
     visit(u"Deviation/Tolerance"_s, &DeskSettings::tolerance);
     visit(u"RecentFiles"_s, &DeskSettings::recentFiles);
     visit(u"Window/Restore"_s, &DeskSettings::restoresWindow);
+    visit(u"UsageStatistics/Agreed"_s, &DeskSettings::sendsUsage);
+    visit(u"UsageStatistics/ClientId"_s, &DeskSettings::clientId);
+    visit(u"Update/Address"_s, &DeskSettings::updateAddress);
     visit(u"Window/Geometry"_s, &DeskSettings::geometry);
 }
 

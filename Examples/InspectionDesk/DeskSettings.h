@@ -22,7 +22,10 @@ struct DeskSettings
     Unit::Length tolerance{0.0, Unit::LengthUnit::Millimeter};
     QStringList recentFiles; ///< Absolute, the newest first, at most 8.
     bool restoresWindow = true;
-    QByteArray geometry; ///< Of the window when it was closed; see QWidget::saveGeometry.
+    QByteArray geometry;     ///< Of the window when it was closed; see QWidget::saveGeometry.
+    bool sendsUsage = false; ///< The user has agreed to usage statistics.
+    QString clientId{};      ///< A random number of this installation; empty before he has.
+    QString updateAddress{}; ///< Where the number of the newest version stands; empty for not looking.
 
     void AddRecentFile(const QString& file);
     bool operator==(const DeskSettings&) const = default;

@@ -1,6 +1,8 @@
 #include "DeskWindow.h"
 #include "InspectionDesk/NumberText.h"
 #include "SettingsDialog.h"
+#include "UsageReport.h"
+#include "VekAppCore/Analytics/ConsentPanel.h"
 #include "VekAppCore/App/Application.h"
 #include "VekAppCore/App/Exception.h"
 #include "VekAppCore/App/Log.h"
@@ -8,6 +10,7 @@
 #include "VekAppCore/App/ServiceManager.h"
 #include "VekAppCore/Threading/TaskStatusBar.h"
 #include "VekAppCore/Xml/IXmlValidatorService.h"
+#include <QDialogButtonBox>
 #include <QDockWidget>
 #include <QDropEvent>
 #include <QElapsedTimer>
@@ -15,11 +18,31 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPointer>
 #include <QStatusBar>
+#include <QUuid>
+#include <QVBoxLayout>
 
 namespace vek::Desk
 {
 using namespace Qt::StringLiterals;
+
+namespace
+{
+/// How long reading and fitting took; zero where there was none.
+struct Times
+{
+    std::chrono::duration<double, std::milli> reading{};
+    std::chrono::duration<double, std::milli> fitting{};
+};
+
+/// The page is open while the dialog is.
+void OpenPageFor(QDialog* dialog, const QString& page)
+{
+    QObject::connect(dialog, &QObject::destroyed,
+                     [scope = std::make_shared<ScopeBase>(OpenPage(page))] { scope->Release(); });
+}
+} // namespace
 
 DeskWindow::DeskWindow(Threading::TaskExecutor& executor)
     : m_executor(executor), m_tabs(new QTabWidget), m_figures(new QLabel), m_log(new App::LogPanel)
@@ -55,6 +78,7 @@ DeskWindow::DeskWindow(Threading::TaskExecutor& executor)
                              App::SafeCallable([this] { _AskForTarget(); }));
     menu->addAction(u"Se&ttings..."_s, QKeySequence::Preferences, this,
                     App::SafeCallable([this] { _AskForSettings(); }));
+    menu->addAction(u"&Usage statistics..."_s, this, App::SafeCallable([this] { _AskForConsent(); }));
     menu->addAction(u"&Quit"_s, QKeySequence::Quit, this, &QWidget::close);
     _ShowFigures();
 }
@@ -71,6 +95,12 @@ void DeskWindow::UseSettings()
     _ChangeSettings(m_store->Get());
     if (m_settings.restoresWindow)
         restoreGeometry(m_settings.geometry);
+    StartUsageReport(m_settings.sendsUsage, m_settings.clientId);
+    m_page = OpenPage(u"/"_s);
+    LookForUpdate(m_settings.updateAddress, [window = QPointer<DeskWindow>(this)](const QString& version) {
+        if (window)
+            window->_Tell(u"Version %1 is available"_s.arg(version));
+    });
 }
 
 void DeskWindow::_ChangeSettings(const DeskSettings& settings)
@@ -92,6 +122,31 @@ void DeskWindow::_AskForSettings()
                 dialog->ApplyTo(settings);
                 _ChangeSettings(settings);
             }));
+    OpenPageFor(dialog, u"Settings"_s);
+    dialog->open();
+}
+
+void DeskWindow::_AskForConsent()
+{
+    auto* const dialog = new QDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(u"Usage statistics"_s);
+    dialog->resize(640, 480);
+    auto* const panel = new Analytics::ConsentPanel;
+    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    auto* const layout = new QVBoxLayout(dialog);
+    layout->addWidget(panel);
+    layout->addWidget(buttons);
+    connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+    m_switched = panel->OnSwitched([this](bool isUsed) {
+        DeskSettings settings = m_settings;
+        settings.sendsUsage = isUsed;
+        if (isUsed && settings.clientId.isEmpty())
+            settings.clientId = QUuid::createUuid().toString(QUuid::WithoutBraces);
+        _ChangeSettings(settings);
+        StartUsageReport(isUsed, settings.clientId);
+    });
+    OpenPageFor(dialog, u"Usage statistics"_s);
     dialog->open();
 }
 
@@ -118,6 +173,7 @@ void DeskWindow::_AskForFiles()
 {
     const QStringList extensions = App::Services().Require<IPointCloudReader>().GetExtensions()
                                    << documentExtension << reportExtension;
+    const ScopeBase page = OpenPage(u"Open"_s);
     for (const QString& file :
          QFileDialog::getOpenFileNames(this, u"Open point clouds, documents and reports"_s, {},
                                        u"Files to open (*.%1)"_s.arg(extensions.join(u" *."_s))))
@@ -138,6 +194,7 @@ void DeskWindow::_AskForTarget()
     };
     connect(&dialog, &QFileDialog::filterSelected, takeSuffix);
     takeSuffix(filters.front());
+    const ScopeBase page = OpenPage(u"Save"_s);
     dialog.selectFile(QFileInfo(document.title).completeBaseName());
     if (dialog.exec() == QDialog::Accepted)
         Save(dialog.selectedFiles().value(0), document);
@@ -158,7 +215,8 @@ void DeskWindow::_Launch(const QString& title, Work work, Then then, FailureCall
 void DeskWindow::Inspect(const QString& file, FailureCallback onFailure)
 {
     // The services stay: the application waits for its workers before it destroys them.
-    const auto work = [file, unit = m_fileUnit, &reader = App::Services().Require<IPointCloudReader>(),
+    const auto times = std::make_shared<Times>();
+    const auto work = [file, times, unit = m_fileUnit, &reader = App::Services().Require<IPointCloudReader>(),
                        &fitter = App::Services().Require<IPlaneFitter>(),
                        &validator = App::Services().Require<IXmlValidatorService>()](auto& progression) {
         if (IsDocument(file))
@@ -169,16 +227,27 @@ void DeskWindow::Inspect(const QString& file, FailureCallback onFailure)
             return InspectionDocument{report.title, nullptr, report};
         }
         const QString name = QFileInfo(file).fileName();
+        const auto begin = std::chrono::steady_clock::now();
         PointCloud points = reader.Read(file, progression);
+        const auto read = std::chrono::steady_clock::now();
+        times->reading = read - begin;
         for (Eigen::Vector3d& point : points)
             for (double& coordinate : point)
                 coordinate = Unit::GetValueIn(coordinate, unit, Unit::LengthUnit::Millimeter);
         progression.SetTitle(TrString::NoTranslate(u"Fitting %1"_s.arg(name)));
-        return MakeDocument(name, fitter.Fit(points, progression));
+        Inspection inspection = fitter.Fit(points, progression);
+        times->fitting = std::chrono::steady_clock::now() - read;
+        return MakeDocument(name, std::move(inspection));
     };
     QElapsedTimer timer;
     timer.start();
-    const auto show = [this, file, timer](const InspectionDocument& result) {
+    const auto show = [this, file, times, timer](const InspectionDocument& result) {
+        ReportEvent(u"File"_s, IsReport(file) ? u"Report opened"_s : u"File opened"_s);
+        if (result.inspection && times->fitting.count() > 0)
+        {
+            ReportTiming(u"File"_s, u"load"_s, times->reading);
+            ReportTiming(u"File"_s, u"fit"_s, times->fitting);
+        }
         _Show(file, result, static_cast<double>(timer.elapsed()) / 1000.0);
     };
     _Launch(u"Reading %1"_s.arg(QFileInfo(file).fileName()), work, show, std::move(onFailure), false);
@@ -195,6 +264,7 @@ void DeskWindow::Save(const QString& file, const InspectionDocument& document)
             WriteDocument(file, document, progression);
     };
     const auto tell = [this, file] {
+        ReportEvent(u"File"_s, IsReport(file) ? u"Report saved"_s : u"Document saved"_s);
         _AddRecentFile(file);
         _Tell(u"%1: saved"_s.arg(QFileInfo(file).fileName()));
     };
@@ -216,9 +286,12 @@ void DeskWindow::_Show(const QString& file, const InspectionDocument& result, do
     timer.start();
     view->Show(result);
     _ShowFigures();
-    _Tell(u"%1: %L2 points read, fitted and drawn in %3 s"_s.arg(QFileInfo(file).fileName())
-              .arg(result.report.points)
-              .arg(seconds + static_cast<double>(timer.elapsed()) / 1000.0, 0, 'f', 3));
+    if (!result.inspection)
+        _Tell(u"%1: opened"_s.arg(QFileInfo(file).fileName()));
+    else
+        _Tell(u"%1: %L2 points read, fitted and drawn in %3 s"_s.arg(QFileInfo(file).fileName())
+                  .arg(result.report.points)
+                  .arg(seconds + static_cast<double>(timer.elapsed()) / 1000.0, 0, 'f', 3));
     _AddRecentFile(file);
 }
 

@@ -3,6 +3,7 @@
 #include "InspectionDesk/InspectionDocument.h"
 #include "VekAppCore/App/LogPanel.h"
 #include "VekAppCore/Threading/AsyncTask.h"
+#include "VekBase/ScopeBase.h"
 #include <QLabel>
 #include <QMainWindow>
 #include <QTabWidget>
@@ -65,6 +66,7 @@ private:
     void _AskForFiles();
     void _AskForTarget();
     void _AskForSettings();
+    void _AskForConsent();
     void _ListRecentFiles();
     void _AddRecentFile(const QString& file);
     void _ChangeSettings(const DeskSettings& settings);
@@ -83,5 +85,7 @@ private:
     QAction* m_save = nullptr;
     QMenu* m_recentFiles = nullptr;
     std::list<Job> m_jobs;
+    Connection m_switched; ///< Of the consent panel.
+    ScopeBase m_page;      ///< Of the window, for the usage statistics.
 };
 } // namespace vek::Desk

@@ -1,4 +1,5 @@
 #include "DeskWindow.h"
+#include "UsageReport.h"
 #include "VekAppCore/App/ApplicationFrame.h"
 #include "VekAppCore/App/DeclarationSystem.h"
 #include "VekAppCore/App/Exception.h"
@@ -145,6 +146,9 @@ int main(int argc, char** argv)
         {{u"report"_s, u"Write the figures to <file> and exit; to .xml as an XML report."_s, u"file"_s},
          {u"screenshot"_s, u"Write a picture of the window (PNG) to <file> and exit."_s, u"file"_s},
          {u"unit"_s, u"Read points in <unit>, such as in or cm; in mm unless given."_s, u"unit"_s},
+         {u"collect"_s,
+          u"Send usage statistics, once the user has agreed, to <address>, such as that of CollectionServer."_s,
+          u"address"_s},
          {u"startup"_s, u"List what the program and its plug-ins declare."_s},
          {u"NoSettings"_s, u"Neither read nor change the user's settings."_s}});
     arguments.addHelpOption();
@@ -155,6 +159,7 @@ int main(int argc, char** argv)
     configuration.applicationTitle = u"Inspection Desk"_s;
     configuration.version = {2, 0, 0, 0};
     QCoreApplication::setApplicationVersion(u"2.0"_s); // of the settings, too
+    Desk::ConfigureUsageReport(configuration, arguments.value(u"collect"_s));
     App::ApplicationFrame frame(configuration);
     try
     {

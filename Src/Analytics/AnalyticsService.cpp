@@ -79,9 +79,10 @@ void AnalyticsService::OnNotify()
     if (const auto http = App::Services().Get<Network::HttpService>())
     {
         m_backEnd->SetHttp(http->GetSender());
-        m_hasHttp = true;
+        const QUrl address(App::GetAppConfig().analyticsAddress);
+        m_backEnd->SetAddress(address);
+        m_canSend = !address.isEmpty();
     }
-    m_backEnd->SetAddress(QUrl(App::GetAppConfig().analyticsAddress));
     if (const auto features = App::Services().Get<App::IAppFeatureService>())
         m_featureChanged = features->OnChanged([this](const QString& name) {
             if (name == UsedService())
@@ -99,7 +100,7 @@ void AnalyticsService::OnNotify()
 
 void AnalyticsService::_FollowConsent()
 {
-    m_backEnd->SetSuppressing(!m_hasHttp || !IsServiceUsed());
+    m_backEnd->SetSuppressing(!m_canSend || !IsServiceUsed());
     _TakeEngagement(); // what was before is nobody's business
 }
 
@@ -281,7 +282,7 @@ double AnalyticsService::_TakeEngagement() const
     return std::chrono::duration<double, std::milli>(now - std::exchange(m_lastReport, now)).count();
 }
 
-bool AnalyticsService::_IsSending() const { return m_backEnd && m_hasHttp && IsServiceUsed(); }
+bool AnalyticsService::_IsSending() const { return m_backEnd && m_canSend && IsServiceUsed(); }
 
 AnalyticsService& GetAnalyticsService()
 {

@@ -352,11 +352,25 @@ std::future<QString> HttpSender::SendPostRequest(const QUrl& url, const QUrlQuer
     return future;
 }
 
+void HttpSender::SendGetRequest(const QUrl& url, const QUrlQuery& query, std::chrono::milliseconds timeout,
+                                std::move_only_function<void(std::future<QString>)> onEnd) const
+{
+    _Send(query, std::make_unique<HttpService::Request>(QString(), url, Get, HttpService::Headers()), timeout,
+          std::move(onEnd));
+}
+
 void HttpSender::SendPostRequest(const QUrl& url, const QUrlQuery& query, const QString& body,
                                  std::chrono::milliseconds timeout,
                                  std::move_only_function<void(std::future<QString>)> onEnd) const
 {
-    auto request = std::make_unique<HttpService::Request>(body, url, Post, HttpService::Headers());
+    _Send(query, std::make_unique<HttpService::Request>(body, url, Post, HttpService::Headers()), timeout,
+          std::move(onEnd));
+}
+
+void HttpSender::_Send(const QUrlQuery& query, std::unique_ptr<HttpService::Request> request,
+                       std::chrono::milliseconds timeout,
+                       std::move_only_function<void(std::future<QString>)> onEnd) const
+{
     request->timeout = ToMilliseconds(timeout);
     request->future = request->promise.get_future();
     request->onEnd = std::move(onEnd);

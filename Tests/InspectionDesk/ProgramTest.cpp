@@ -114,6 +114,43 @@ TEST_F(ProgramTest, SettingsOfAnEarlierVersionAreKeptUnlessTheyAreNotWanted)
     }
 }
 
+TEST_F(ProgramTest, UsageIsReportedToTheCollectionServerOnceTheUserHasAgreed)
+{
+    QProcess server;
+    server.start(App::GetAppDir() + "/CollectionServer", {"--port", "0"});
+    ASSERT_TRUE(server.waitForReadyRead());
+    const QString address = QString::fromUtf8(server.readLine()).section(' ', -1).trimmed();
+    Write("plate.xyz", "0 0 0\n4 0 1\n4 2 0\n0 2 1\n");
+    QDir(m_folder.GetPath()).mkpath("Ostrafel");
+    for (const bool isAgreed : {false, true})
+    {
+        Write("Ostrafel/InspectionDesk 2.0.conf",
+              QByteArray("[General]\nIsSettingsInit=true\n[UsageStatistics]\nClientId=probe\nAgreed=") +
+                  (isAgreed ? "true" : "false"));
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", "minimal"); // a window that nobody sees
+        environment.insert("XDG_CONFIG_HOME", m_folder.GetPath());
+        QProcess program;
+        program.setProcessEnvironment(environment);
+        program.setWorkingDirectory(m_folder.GetPath());
+        program.start(App::GetAppDir() + "/InspectionDesk", {"plate.xyz", "--collect", address});
+        QByteArray seen;
+        EXPECT_TRUE(TestSupport::WaitFor([&] {
+            seen += server.readAll();
+            QFile store(m_folder.GetPath() + "/Ostrafel/InspectionDesk 2.0.conf");
+            const bool isOpened = store.open(QIODevice::ReadOnly) && store.readAll().contains("plate.xyz");
+            return isAgreed ? seen.contains("\"name\": \"timer_tracking\"") : isOpened;
+        })) << seen.toStdString();
+        program.kill();
+        program.waitForFinished();
+        for (const char* expected : {"cid = probe", "dp = /", "\"page_title\": \"MainWindow\"",
+                                     "\"name\": \"file_opened\"", "\"timing_action\": \"load\""})
+            EXPECT_EQ(seen.contains(expected), isAgreed) << expected;
+    }
+    server.kill();
+    server.waitForFinished();
+}
+
 TEST_F(ProgramTest, ListsAlsoWhatThePluginDeclares)
 {
     EXPECT_EQ(Run("--startup --NoSettings"), 0) << m_errors;

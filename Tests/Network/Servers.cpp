@@ -61,6 +61,7 @@ void ScriptedServer::_Serve(QTcpSocket& socket, std::size_t connection)
     socket.setProperty("unread", isWhole ? QByteArray() : unread);
     if (!isWhole)
         return;
+    if (!m_isForgetful)
     {
         const std::scoped_lock lock(m_mutex);
         m_requests[connection] += unread + '\0';

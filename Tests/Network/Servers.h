@@ -30,6 +30,8 @@ public:
     /// order of opening.
     [[nodiscard]] std::vector<QByteArray> GetRequests() const;
 
+    /// From now on no requests are kept.
+    void Forget() { m_isForgetful = true; }
     /// From now on nothing is answered.
     void Hang() { m_isHanging = true; }
 
@@ -41,6 +43,7 @@ private:
     QTcpServer* m_server; ///< Lives on the thread.
     quint16 m_port = 0;
     std::atomic<bool> m_isHanging = false;
+    std::atomic<bool> m_isForgetful = false;
     mutable std::mutex m_mutex;
     std::vector<QByteArray> m_requests; ///< One a connection.
 };

@@ -99,7 +99,7 @@ private:
     int m_lastNumber = 0;
     ScopeBase m_pageScope; ///< Runs when the page is left.
     Connection m_featureChanged;
-    bool m_hasHttp = false;
+    bool m_canSend = false; ///< There is an HTTP service, and an address.
     mutable std::chrono::steady_clock::time_point m_lastReport = std::chrono::steady_clock::now();
 };
 
