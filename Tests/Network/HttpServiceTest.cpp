@@ -51,35 +51,41 @@ protected:
 
 TEST_F(HttpServiceTest, RequestsAreTheseBytes)
 {
-    const QByteArray agent =
-        "User-Agent: Havlen/1.0 (Windows NT " + QSysInfo::kernelVersion().toUtf8() + ")\r\n";
+    const QByteArray agent = "User-Agent: Havlen/1.0 (Windows NT " + QSysInfo::kernelVersion().toUtf8() + ")";
+    const QByteArray plain = "Content-Type: text/plain";
     QUrlQuery query;
     query.addQueryItem("a b", u"1&\u00e4"_s);
     const QUrl url = m_server.GetUrl("/echo?old=1");
-    const QByteArray host = "Host: 127.0.0.1:" + QByteArray::number(url.port()) + "\r\n";
-    const QByteArray rest = "Connection: Keep-Alive\r\nAccept-Encoding: gzip, deflate\r\nAccept-Language: ";
     const auto expect = [&](std::future<QString> future, const QByteArray& line,
                             const QByteArrayList& headers, const QByteArray& body) {
         const QByteArray sent = future.get().toUtf8();
         const qsizetype end = sent.indexOf("\r\n\r\n");
-        EXPECT_TRUE(sent.startsWith(line + "\r\n" + host)) << sent.toStdString();
-        for (const QByteArray& header : headers)
-            EXPECT_EQ(sent.first(end + 2).count(header), 1) << sent.toStdString();
-        EXPECT_EQ(sent.first(end).toLower().count("\r\nuser-agent:"), 1);
-        EXPECT_EQ(sent.first(end).toLower().count("\r\ncontent-type:"), 1);
+        QByteArrayList lines = sent.first(end).replace("\r\n", "\n").split('\n');
+        EXPECT_EQ(lines.takeFirst(), line);
+        // The languages of this machine, and what its Qt can unpack.
+        lines.removeIf([](const QByteArray& header) { return header.startsWith("Accept-"); });
+        QByteArrayList all = headers + QByteArrayList{"Host: 127.0.0.1:" + QByteArray::number(url.port()),
+                                                      "Connection: Keep-Alive"};
+        std::ranges::sort(lines);
+        std::ranges::sort(all);
+        EXPECT_EQ(lines.join('\n').toStdString(), all.join('\n').toStdString());
         EXPECT_EQ(sent.sliced(end + 4), body);
     };
-    expect(m_service->SendGetRequest(url, query), "GET /echo?a%20b=1%26%C3%A4 HTTP/1.1",
-           {agent, "Content-Type: text/plain\r\n"}, {});
-    expect(m_service->SendGetRequest(url, {}), "GET /echo HTTP/1.1", {agent}, {});
-    expect(m_service->SendPostRequest(url, query, u"\u00e4\n"_s, {}), "POST /echo?a%20b=1%26%C3%A4 HTTP/1.1",
-           {agent, "Content-Type: text/plain\r\n", "Content-Length: 3\r\n"}, "\xc3\xa4\n");
-    expect(m_service->SendPostRequest(
-               url, {}, "{}",
-               {{"content-TYPE", "application/json"}, {"X-Any", u"\u00e4 b"_s}, {"user-agent", "Me"}}),
+    expect(m_service->SendGetRequest(url, query), "GET /echo?a%20b=1%26%C3%A4 HTTP/1.1", {agent, plain}, {});
+    expect(m_service->SendGetRequest(url, {}), "GET /echo HTTP/1.1", {agent, plain}, {});
+    expect(m_service->SendPostRequest(url, query, u"\u00e4\n"_s), "POST /echo?a%20b=1%26%C3%A4 HTTP/1.1",
+           {agent, plain, "Content-Length: 3"}, "\xc3\xa4\n");
+    expect(m_service->SendPostRequest(url, {}, "{}",
+                                      {{"content-TYPE", "application/json"},
+                                       {"X-Any", u"\u00e4 b"_s},
+                                       {"X-Empty", {}},
+                                       {"user-agent", "Me"}}),
            "POST /echo HTTP/1.1",
-           {"content-TYPE: application/json\r\n", "X-Any: \xc3\xa4 b\r\n", "user-agent: Me\r\n"}, "{}");
-    expect(m_service->SendPostRequest(url, {}, {}), "POST /echo HTTP/1.1", {"Content-Length: 0\r\n"}, {});
+           {"content-TYPE: application/json", "X-Any: \xc3\xa4 b", "X-Empty: ", "user-agent: Me",
+            "Content-Length: 2"},
+           "{}");
+    expect(m_service->SendPostRequest(url, {}, {}), "POST /echo HTTP/1.1",
+           {agent, plain, "Content-Length: 0"}, {});
 }
 
 TEST_F(HttpServiceTest, AnswersAndFaultsReachTheFuture)
@@ -113,6 +119,15 @@ TEST_F(HttpServiceTest, AnswersAndFaultsReachTheFuture)
                         testing::StartsWith("Error with HTTP request to " +
                                             m_server.GetUrl(row.path).toString().toStdString() + " : "));
         }
+    }
+    try
+    {
+        Get("/status/404").get();
+    }
+    catch (const HttpException& exception)
+    {
+        EXPECT_EQ(exception.GetUrl(), m_server.GetUrl("/status/404"));
+        EXPECT_EQ(exception.GetErrorCode(), QNetworkReply::ContentNotFoundError);
     }
     m_service->SetTransferTimeout(50ms);
     EXPECT_EQ(GetResult(Get("/hang")), "0 Operation canceled");
@@ -164,7 +179,6 @@ TEST_F(HttpServiceTest, RequestsOfOnePassAreSentInTheirOrder)
 
 TEST_F(HttpServiceTest, DeathEndsAllFuturesWhateverTheServersDo)
 {
-    HttpService unstarted;
     auto queued = std::make_unique<std::future<QString>>();
     {
         HttpService service;
@@ -218,27 +232,33 @@ TEST_F(HttpServiceTest, RealServerIsUnderstood)
 TEST_F(HttpServiceTest, BearsFaultsFromManyThreads)
 {
     constexpr int perThread = 250;
-    constexpr const char* paths[] = {"/bytes/6f6b", "/bytes/6f6b", "/status/500",
-                                     "/close",      "/late",       "/status/204"};
+    constexpr std::pair<const char*, const char*> rows[] = {
+        {"/bytes/6f6b", "ok"}, {"/bytes/6f6b", "ok"}, {"/status/500", "500 "},
+        {"/close", "0 "},      {"/late", "late"},     {"/status/204", "broken promise"}};
     std::atomic<int> ended = 0;
+    std::atomic<int> asExpected = 0;
     std::vector<std::jthread> threads;
     for (int thread = 0; thread < 4; ++thread)
         threads.emplace_back([&, thread] {
             for (int i = 0; i < perThread; ++i)
             {
-                std::future<QString> future = Get(paths[(i + thread) % std::size(paths)]);
+                const auto& [path, expected] = rows[(i + thread) % std::size(rows)];
+                std::future<QString> future = Get(path);
                 if (i % 10 == 0)
                 {
-                    m_service->SetSSLConfiguration(QSslConfiguration::defaultConfiguration());
+                    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+                    configuration.setPeerVerifyDepth(i % 20); // another one each time: connections begin anew
+                    m_service->SetSSLConfiguration(configuration);
                     static_cast<void>(Get("/bytes/")); // dropped
                 }
-                EXPECT_THAT(GetResult(std::move(future)),
-                            testing::AnyOf("ok", "late", "broken promise", testing::HasSubstr("Error"),
-                                           testing::HasSubstr("closed")));
+                const std::string result = GetResult(std::move(future));
+                asExpected += result.starts_with(expected);
                 ++ended;
             }
         });
     threads.clear();
     EXPECT_EQ(ended, 4 * perThread);
+    // A connection that is reset may take the request down that comes next on it.
+    EXPECT_GE(asExpected, 4 * perThread * 7 / 10);
 }
 } // namespace vek::Network
