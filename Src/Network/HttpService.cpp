@@ -325,7 +325,7 @@ void HttpService::_SendNow(const std::shared_ptr<Request>& request, const Option
         if (!request->hasFailed && reply->attribute(QNetworkRequest::HttpStatusCodeAttribute) == 200 &&
             reply->error() == QNetworkReply::NoError)
             request->promise.set_value(QString::fromUtf8(request->received));
-        request->End(); // now: the request lives as long as the reply
+        request->End(); // now, and here: it lives as long as the reply, and may die on a thread of Qt's
     };
     QtUtility::SafeConnect(reply, &QNetworkReply::readyRead, reply, receive);
     QtUtility::SafeConnect(reply, &QNetworkReply::finished, reply, complete);

@@ -8,6 +8,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace vek::XmlDetails
@@ -164,16 +165,18 @@ const char* FindText(const XMLElement& element, std::string& joined)
     return text;
 }
 
-void PutAttribute(XMLElement& element, AsciiStringView name, const std::string& text,
+void PutAttribute(XMLElement& element, AsciiStringView name, const std::string& text, bool isNumber,
                   const std::source_location& where)
 {
-    RefuseUnreadable(element, text, where);
-    if (!element.FindAttribute(name.GetText()))
+    if (!isNumber)
+        RefuseUnreadable(element, text, where);
+    int count = 0;
+    const auto* attribute = element.FirstAttribute();
+    for (; attribute && std::strcmp(attribute->Name(), name.GetText()) != 0; attribute = attribute->Next())
+        ++count;
+    if (!attribute)
     {
         RequireName(element, name, where);
-        int count = 0;
-        for (const auto* attribute = element.FirstAttribute(); attribute; attribute = attribute->Next())
-            ++count;
         if (count >= mostAttributes)
             Throw(element, QStringLiteral("it has too many attributes to be read again"), where);
     }
@@ -300,7 +303,7 @@ bool GetAttribute(const XMLElement& element, AsciiStringView name, QVariant& val
 void SetAttribute(XMLElement& element, AsciiStringView name, const QVariant& value,
                   const std::source_location& where)
 {
-    Details::PutAttribute(element, name, value.toString().toStdString(), where);
+    Details::PutAttribute(element, name, value.toString().toStdString(), false, where);
     PutOptionalAttribute(element, typeAttribute, value.typeName());
 }
 

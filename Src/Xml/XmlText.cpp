@@ -53,7 +53,7 @@ bool IsReference(std::string_view text)
     std::uint32_t character = 0;
     const auto [end, error] =
         std::from_chars(text.data(), text.data() + text.size(), character, isHexadecimal ? 16 : 10);
-    return error == std::errc() && end != text.data() + text.size() && *end == ';' && character > 0 &&
+    return error == std::errc() && end != text.data() + text.size() && *end == ';' &&
            character <= QChar::LastValidCodePoint && !QChar::isSurrogate(character);
 }
 

@@ -193,13 +193,13 @@ TEST_F(XmlDetailsTest, ValuesHaveTheirTexts)
     root.SetAttribute("f", QPoint(-1, 2));
     root.SetAttribute("g", Unit::Length(12.5, Unit::LengthUnit::Micrometer));
     root.SetAttribute("h", TrString::translate("Bool", "Yes"));
-    root.SetAttribute("i", std::string_view("\"\n"));
+    root.SetAttribute("i", std::string_view("\"\n\t"));
     root.SetAttribute("a", 0.1); // again
     EXPECT_EQ(
         document.ToString(false),
         QStringLiteral(
             u"<?xml version=\"1.0\" encoding=\"UTF-8\"?><a a=\"0.10000000000000001\" b=\"0.1\" c=\"1e+22\" "
-            "d=\"true\" e=\"false\" f=\"-1;2\" g=\"12.5 \u00b5m\" h=\"Yes\" i=\"&quot;&#10;\"/>"));
+            "d=\"true\" e=\"false\" f=\"-1;2\" g=\"12.5 \u00b5m\" h=\"Yes\" i=\"&quot;&#10;&#9;\"/>"));
     EXPECT_EQ(XmlDeserializer(root.GetElement()).GetAttribute<double>("a"), 0.1);
 }
 

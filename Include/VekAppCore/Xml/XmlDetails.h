@@ -35,7 +35,8 @@ VEKAPPCORE_EXPORT bool ReadInteger(const char* text, qint64& value);
 VEKAPPCORE_EXPORT bool ReadInteger(const char* text, quint64& value);
 VEKAPPCORE_EXPORT std::string WriteBool(bool value);
 VEKAPPCORE_EXPORT void PutAttribute(tinyxml2::XMLElement& element, AsciiStringView name,
-                                    const std::string& text, const std::source_location& where);
+                                    const std::string& text, bool isNumber,
+                                    const std::source_location& where);
 VEKAPPCORE_EXPORT void PutText(tinyxml2::XMLElement& element, const std::string& text,
                                const std::source_location& where);
 
@@ -152,7 +153,7 @@ template <Writable T>
 void SetAttribute(tinyxml2::XMLElement& element, AsciiStringView name, const T& value,
                   const std::source_location& where = std::source_location::current())
 {
-    Details::PutAttribute(element, name, WriteText(value), where);
+    Details::PutAttribute(element, name, WriteText(value), std::is_arithmetic_v<T>, where);
 }
 
 /// @throws XmlException  it is mandatory and could not be read; it carries @p where.
