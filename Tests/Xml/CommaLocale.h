@@ -3,6 +3,7 @@
 #include <clocale>
 #include <gtest/gtest.h>
 #include <string>
+#include <string_view>
 
 namespace vek::TestSupport
 {
@@ -12,9 +13,9 @@ class CommaLocale
 public:
     CommaLocale() : m_before(std::setlocale(LC_NUMERIC, nullptr))
     {
-#ifdef VEK_TEST_LOCALES
-        qputenv("LOCPATH", VEK_TEST_LOCALES);
-#endif
+        constexpr std::string_view madeForTests = VEK_TEST_LOCALES;
+        if (!madeForTests.empty())
+            qputenv("LOCPATH", madeForTests.data());
         EXPECT_TRUE(std::setlocale(LC_NUMERIC, "de_DE.UTF-8"));
     }
     ~CommaLocale() { std::setlocale(LC_NUMERIC, m_before.c_str()); }
