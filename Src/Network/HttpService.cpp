@@ -100,7 +100,6 @@ struct HttpService::Request
     QByteArray received{};
     QString refusal{}; ///< Why it was cut off by us; empty where it was not.
     bool hasFailed = false;
-    std::vector<QMetaObject::Connection> connections{}; ///< To the reply.
 
     Request(QString text, QUrl address, qint32 how, Headers extra)
         : body(std::move(text)), url(std::move(address)), method(how), headers(std::move(extra))
@@ -326,14 +325,11 @@ void HttpService::_SendNow(const std::shared_ptr<Request>& request, const Option
         if (!request->hasFailed && reply->attribute(QNetworkRequest::HttpStatusCodeAttribute) == 200 &&
             reply->error() == QNetworkReply::NoError)
             request->promise.set_value(QString::fromUtf8(request->received));
-        request->End(); // now: it lives as long as its connections
-        // Else the reply would drop them, on whichever thread of Qt's looks at it last.
-        for (const QMetaObject::Connection& connection : request->connections)
-            QObject::disconnect(connection);
+        request->End(); // now, and here: it lives as long as the reply, and may die on a thread of Qt's
     };
-    request->connections = {QtUtility::SafeConnect(reply, &QNetworkReply::readyRead, reply, receive),
-                            QtUtility::SafeConnect(reply, &QNetworkReply::finished, reply, complete),
-                            QtUtility::SafeConnect(reply, &QNetworkReply::errorOccurred, reply, fail)};
+    QtUtility::SafeConnect(reply, &QNetworkReply::readyRead, reply, receive);
+    QtUtility::SafeConnect(reply, &QNetworkReply::finished, reply, complete);
+    QtUtility::SafeConnect(reply, &QNetworkReply::errorOccurred, reply, fail);
 }
 
 HttpSender::HttpSender(std::shared_ptr<HttpService::State> state) : m_state(std::move(state)) {}
