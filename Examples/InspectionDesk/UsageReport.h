@@ -3,6 +3,7 @@
 #include "VekBase/ScopeBase.h"
 #include <QString>
 #include <chrono>
+#include <functional>
 
 /// How the desk is used, for those who make it, once the user has agreed. Main thread only; harmless where
 /// there is no analytics service.

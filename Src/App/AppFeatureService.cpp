@@ -24,25 +24,17 @@ public:
 
     void Declare(const QString& name, const QVariant& value) override
     {
-        Feature feature{value, {}};
-        const QVariant machine =
-            GetAllUsersSettings()->GetValueAsVariant(u"AppFeatures/"_s + name).ToQVariant();
-        if (machine.isValid())
+        QVariant machine = GetAllUsersSettings()->GetValueAsVariant(u"AppFeatures/"_s + name).ToQVariant();
+        // Settings keep most values as text. To Qt, "no" would be true.
+        if (machine.isValid() && machine.metaType() != value.metaType() &&
+            !Convert::FromString(machine.toString(), value.metaType(), machine))
         {
-            // Settings keep most values as text. To Qt, "no" would be true.
-            const bool isRead = machine.metaType() == value.metaType() ||
-                                Convert::FromString(machine.toString(), value.metaType(), feature.machine);
-            if (machine.metaType() == value.metaType())
-                feature.machine = machine;
-            if (!isRead)
-            {
-                feature.machine = QVariant(value.metaType()); // nothing is allowed by mistake
-                Log(Log::Verbosity::Warning,
-                    u"The settings of the machine have no valid feature \"%1\""_s.arg(name));
-            }
+            machine = QVariant(value.metaType()); // nothing is allowed by mistake
+            Log(Log::Verbosity::Warning,
+                u"The settings of the machine have no valid feature \"%1\""_s.arg(name));
         }
         std::unique_lock lock(m_mutex);
-        const bool isNew = m_features.try_emplace(name, std::move(feature)).second;
+        const bool isNew = m_features.try_emplace(name, Feature{value, machine}).second;
         lock.unlock();
         if (isNew)
             m_changed.Emit(name);

@@ -22,17 +22,12 @@ void Try(std::vector<XmlFinding>& findings, Function function)
 }
 } // namespace
 
-XmlDescription& XmlDescription::Child(XmlDescription description, int least, int most) &
+XmlDescription& XmlDescription::Child(XmlDescription description, int least, int most)
 {
     description.m_least = least;
     description.m_most = most;
     m_children.push_back(std::move(description));
     return *this;
-}
-
-XmlDescription XmlDescription::Child(XmlDescription description, int least, int most) &&
-{
-    return std::move(Child(std::move(description), least, most));
 }
 
 void XmlDescription::_AddKnownAttributes(std::initializer_list<const char*> names)

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace vek::XmlDetails
 {
@@ -150,19 +151,21 @@ std::string WriteBool(bool value)
 
 const char* FindText(const XMLElement& element, std::string& joined)
 {
-    const char* text = element.GetText();
+    const char* const text = element.GetText();
     if (!text)
         return nullptr;
     const XMLNode* node = element.FirstChild();
     while (!node->ToText())
         node = node->NextSibling();
+    bool isJoined = false;
     for (node = node->NextSibling(); node && !node->ToElement(); node = node->NextSibling())
         if (node->ToText())
         {
-            joined = std::string(text) + node->Value();
-            text = joined.c_str();
+            if (!std::exchange(isJoined, true))
+                joined = text;
+            joined += node->Value();
         }
-    return text;
+    return isJoined ? joined.c_str() : text;
 }
 
 void PutAttribute(XMLElement& element, AsciiStringView name, const std::string& text, bool isNumber,
@@ -303,7 +306,7 @@ bool GetAttribute(const XMLElement& element, AsciiStringView name, QVariant& val
 void SetAttribute(XMLElement& element, AsciiStringView name, const QVariant& value,
                   const std::source_location& where)
 {
-    Details::PutAttribute(element, name, value.toString().toStdString(), false, where);
+    Details::PutAttribute(element, name, WriteText(value.toString()), false, where);
     PutOptionalAttribute(element, typeAttribute, value.typeName());
 }
 

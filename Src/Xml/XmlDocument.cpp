@@ -148,8 +148,8 @@ XmlSerializer XmlDocument::Serializer(const AsciiStringView& rootName, const std
     if (!root)
     {
         root = m_document->NewElement(rootName.GetText());
+        XmlDetails::RequireName(*root, rootName, where); // before it is part of the document
         m_document->InsertEndChild(root);
-        XmlDetails::RequireName(*root, rootName, where);
     }
     return XmlSerializer(*root, XmlDeserializer(*root).GetAttributeOr("version", 0));
 }

@@ -1,6 +1,7 @@
 #include "VekAppCore/Xml/XmlSerializer.h"
 #include "Support/TestSupport.h"
 #include "VekAppCore/Xml/XmlDocument.h"
+#include <QVariant>
 #include <gtest/gtest.h>
 
 namespace vek
@@ -60,14 +61,16 @@ TEST(XmlSerializer, RefusesWhatCouldNotBeReadAgain)
         EXPECT_THROW(root.SetAttribute(name, 1), XmlException) << name;
         EXPECT_THROW(root.Child(name, {}), XmlException) << name;
         EXPECT_THROW(root.SetName(name), XmlException) << name;
-        EXPECT_THROW(static_cast<void>(XmlDocument().Serializer(name)), XmlException) << name;
+        EXPECT_THROW(static_cast<void>(document.Serializer(name)), XmlException) << name;
     }
+    EXPECT_EQ(document.ToString(false).mid(38), "<a/>");
     for (const std::string& text : {std::string("a\0b", 3), std::string("\xff")})
     {
         EXPECT_THROW(root.SetAttribute("b", text), XmlException);
         EXPECT_THROW(root.SetValue(text), XmlException);
     }
     EXPECT_THROW(root.SetValue(QString(QChar(0xd800))), XmlException);
+    EXPECT_THROW(root.SetAttribute("b", QVariant(QChar(0xd800))), XmlException);
     for (int i = 0; i < 1024; ++i)
         root.SetAttribute(QString::number(i).prepend(u'a').toStdString(), i);
     EXPECT_THROW(root.SetAttribute("b", 1), XmlException);

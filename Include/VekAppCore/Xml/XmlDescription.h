@@ -27,54 +27,33 @@ public:
 
     /// There is an attribute that is read as a T.
     template <typename T>
-    XmlDescription& Attribute(const AsciiStringView& name) &
+    XmlDescription& Attribute(const AsciiStringView& name)
     {
         return _AddAttribute<T>(name, true);
     }
-    template <typename T>
-    [[nodiscard]] XmlDescription Attribute(const AsciiStringView& name) &&
-    {
-        return std::move(_AddAttribute<T>(name, true));
-    }
     /// The same, where there is one.
     template <typename T>
-    XmlDescription& OptionalAttribute(const AsciiStringView& name) &
+    XmlDescription& OptionalAttribute(const AsciiStringView& name)
     {
         return _AddAttribute<T>(name, false);
-    }
-    template <typename T>
-    [[nodiscard]] XmlDescription OptionalAttribute(const AsciiStringView& name) &&
-    {
-        return std::move(_AddAttribute<T>(name, false));
     }
 
     /// The element itself is read as a T.
     template <typename T>
-    XmlDescription& Value() &
+    XmlDescription& Value()
     {
         return _SetValue<T>(true);
     }
-    template <typename T>
-    [[nodiscard]] XmlDescription Value() &&
-    {
-        return std::move(_SetValue<T>(true));
-    }
     /// The same for what stands as a text, where there is one.
     template <typename T>
-    XmlDescription& OptionalValue() &
+    XmlDescription& OptionalValue()
     {
         return _SetValue<T>(false);
-    }
-    template <typename T>
-    [[nodiscard]] XmlDescription OptionalValue() &&
-    {
-        return std::move(_SetValue<T>(false));
     }
 
     /// @param least  how many there are at least, 0 or more.
     /// @param most  how many there are at most, or anyNumber.
-    XmlDescription& Child(XmlDescription description, int least = 1, int most = 1) &;
-    [[nodiscard]] XmlDescription Child(XmlDescription description, int least = 1, int most = 1) &&;
+    XmlDescription& Child(XmlDescription description, int least = 1, int most = 1);
 
     [[nodiscard]] const std::string& GetName() const noexcept { return m_name; }
 

@@ -170,8 +170,7 @@ bool GetValue(const tinyxml2::XMLElement& element, T& value, bool mandatory,
 }
 /// Gives the element this text in the place of the one that it has. Control characters other than tabs and
 /// line breaks come back to us, but other parsers refuse them.
-/// @throws XmlException  the text is no UTF-8 or holds a null character, or the name is none of XML, or the
-/// element has 1024 attributes.
+/// @throws XmlException  the text is no UTF-8 or holds a null character.
 template <Writable T>
 void SetValue(tinyxml2::XMLElement& element, const T& value,
               const std::source_location& where = std::source_location::current())
