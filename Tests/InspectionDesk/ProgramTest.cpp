@@ -27,6 +27,17 @@ protected:
         return hasEnded ? program.exitCode() : -1;
     }
 
+    /// With settings of its own, and a window that nobody sees.
+    void StartWindow(QProcess& program, const QStringList& arguments) const
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", "minimal");
+        environment.insert("XDG_CONFIG_HOME", m_folder.GetPath());
+        program.setProcessEnvironment(environment);
+        program.setWorkingDirectory(m_folder.GetPath());
+        program.start(App::GetAppDir() + "/InspectionDesk", arguments);
+    }
+
     std::string m_output, m_errors;
 };
 
@@ -94,13 +105,8 @@ TEST_F(ProgramTest, SettingsOfAnEarlierVersionAreKeptUnlessTheyAreNotWanted)
         QStringList arguments{"plate.xyz"};
         if (!isCarriedOver)
             arguments << "--NoSettings";
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("QT_QPA_PLATFORM", "minimal"); // a window that nobody sees
-        environment.insert("XDG_CONFIG_HOME", m_folder.GetPath());
         QProcess program;
-        program.setProcessEnvironment(environment);
-        program.setWorkingDirectory(m_folder.GetPath());
-        program.start(App::GetAppDir() + "/InspectionDesk", arguments);
+        StartWindow(program, arguments);
         QByteArray kept;
         EXPECT_TRUE(TestSupport::WaitFor([&, file = place + name] {
             QFile store(file);
@@ -127,13 +133,8 @@ TEST_F(ProgramTest, UsageIsReportedToTheCollectionServerOnceTheUserHasAgreed)
         Write("Ostrafel/InspectionDesk 2.0.conf",
               QByteArray("[General]\nIsSettingsInit=true\n[UsageStatistics]\nClientId=probe\nAgreed=") +
                   (isAgreed ? "true" : "false"));
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("QT_QPA_PLATFORM", "minimal"); // a window that nobody sees
-        environment.insert("XDG_CONFIG_HOME", m_folder.GetPath());
         QProcess program;
-        program.setProcessEnvironment(environment);
-        program.setWorkingDirectory(m_folder.GetPath());
-        program.start(App::GetAppDir() + "/InspectionDesk", {"plate.xyz", "--collect", address});
+        StartWindow(program, {"plate.xyz", "--collect", address});
         QByteArray seen;
         EXPECT_TRUE(TestSupport::WaitFor([&] {
             seen += server.readAll();
