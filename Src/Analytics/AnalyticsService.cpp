@@ -70,6 +70,13 @@ void AnalyticsService::PostRegistration()
     m_backEnd = std::make_unique<GoogleAnalyticsService>();
     m_backEnd->SetSuppressing(true); // until it is known that the user agrees
     Start();
+    // Services die in no order: what is pending is sent while all are there.
+    if (qApp)
+        QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp,
+                         [service = RawPtr<AnalyticsService>(this)] {
+                             if (service)
+                                 service->Stop();
+                         });
 }
 
 void AnalyticsService::OnNotify()
@@ -88,13 +95,6 @@ void AnalyticsService::OnNotify()
             if (name == UsedService())
                 _FollowConsent();
         });
-    // Services die in no order: what is pending is sent while all are there.
-    if (qApp)
-        QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp,
-                         [service = RawPtr<AnalyticsService>(this)] {
-                             if (service)
-                                 service->Stop();
-                         });
     _FollowConsent();
 }
 
