@@ -1,6 +1,6 @@
 #pragma once
 #include "VekBase/Export.h"
-#include <functional>
+#include "VekBase/MoveOnlyFunction.h"
 #include <source_location>
 #include <vector>
 
@@ -11,7 +11,7 @@ namespace vek
 class VEKBASE_EXPORT ScopeBase
 {
 public:
-    using Action = std::move_only_function<void()>;
+    using Action = MoveOnlyFunction<void()>;
 
     /// Holds nothing.
     ScopeBase() noexcept = default;

@@ -1,9 +1,9 @@
 #pragma once
 #include "VekBase/Export.h"
 #include "VekBase/Memory.h"
+#include "VekBase/MoveOnlyFunction.h"
 #include <compare>
 #include <cstdint>
-#include <functional>
 #include <type_traits>
 #include <utility>
 
@@ -128,7 +128,7 @@ template <typename... Args>
 class Signal<void(Args...)> : public SignalBase
 {
 public:
-    using Callback = std::move_only_function<void(Args...)>;
+    using Callback = MoveOnlyFunction<void(Args...)>;
 
     Signal() noexcept = default;
     Signal(Signal&&) noexcept = default;

@@ -3,6 +3,7 @@
 #include "VekBase/Exception.h"
 #include "VekBase/FeatureToggle.h"
 #include "VekBase/Memory.h"
+#include "VekBase/MoveOnlyFunction.h"
 #include "VekBase/Multithread.h"
 #include "VekBase/PluginMgr.h"
 #include "VekBase/Process.h"

@@ -93,7 +93,7 @@ struct HttpService::Request
 
     // For one who is called back.
     std::optional<int> timeout{}; ///< In milliseconds.
-    std::move_only_function<void(std::future<QString>)> onEnd{};
+    MoveOnlyFunction<void(std::future<QString>)> onEnd{};
     std::future<QString> future{};
 
     // Of the answer.
@@ -353,7 +353,7 @@ std::future<QString> HttpSender::SendPostRequest(const QUrl& url, const QUrlQuer
 }
 
 void HttpSender::SendGetRequest(const QUrl& url, const QUrlQuery& query, std::chrono::milliseconds timeout,
-                                std::move_only_function<void(std::future<QString>)> onEnd) const
+                                MoveOnlyFunction<void(std::future<QString>)> onEnd) const
 {
     _Send(query, std::make_unique<HttpService::Request>(QString(), url, Get, HttpService::Headers()), timeout,
           std::move(onEnd));
@@ -361,7 +361,7 @@ void HttpSender::SendGetRequest(const QUrl& url, const QUrlQuery& query, std::ch
 
 void HttpSender::SendPostRequest(const QUrl& url, const QUrlQuery& query, const QString& body,
                                  std::chrono::milliseconds timeout,
-                                 std::move_only_function<void(std::future<QString>)> onEnd) const
+                                 MoveOnlyFunction<void(std::future<QString>)> onEnd) const
 {
     _Send(query, std::make_unique<HttpService::Request>(body, url, Post, HttpService::Headers()), timeout,
           std::move(onEnd));
@@ -369,7 +369,7 @@ void HttpSender::SendPostRequest(const QUrl& url, const QUrlQuery& query, const 
 
 void HttpSender::_Send(const QUrlQuery& query, std::unique_ptr<HttpService::Request> request,
                        std::chrono::milliseconds timeout,
-                       std::move_only_function<void(std::future<QString>)> onEnd) const
+                       MoveOnlyFunction<void(std::future<QString>)> onEnd) const
 {
     request->timeout = ToMilliseconds(timeout);
     request->future = request->promise.get_future();

@@ -1,5 +1,6 @@
 #include "VekAppCore/Threading/AsyncTask.h"
 #include "VekAppCore/App/SafeCallable.h"
+#include "VekBase/MoveOnlyFunction.h"
 #include <utility>
 
 namespace vek::Threading
@@ -8,7 +9,7 @@ namespace
 {
 // What a listener throws neither ends the task nor silences the listeners behind it.
 template <typename... Args>
-std::move_only_function<void(Args...)> MakeSafe(std::function<void(Args...)> callback)
+MoveOnlyFunction<void(Args...)> MakeSafe(std::function<void(Args...)> callback)
 {
     if (!callback)
         return {};

@@ -1,10 +1,10 @@
 #pragma once
 #include "VekAppCore/App/ServiceManager.h"
 #include "VekAppCore/Export.h"
+#include "VekBase/MoveOnlyFunction.h"
 #include "VekBase/RawPtr.h"
 #include <chrono>
 #include <deque>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <source_location>
@@ -67,7 +67,7 @@ template <typename TContext>
 class DeclarationSystemExtension final : public IDeclarationSystemExtension
 {
 public:
-    using Callback = std::move_only_function<void(TContext&)>;
+    using Callback = MoveOnlyFunction<void(TContext&)>;
 
     /// @param declared  what the callback declares, for DeclarationSystem::List.
     void Append(Callback callback, std::string declared = {},

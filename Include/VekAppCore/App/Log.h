@@ -1,12 +1,12 @@
 #pragma once
 #include "VekAppCore/Export.h"
+#include "VekBase/MoveOnlyFunction.h"
 #include "VekBase/Verbosity.h"
 #include <QString>
-#include <functional>
 
 namespace vek::App
 {
-using LogCallback = std::move_only_function<void(Log::Verbosity, const QString&)>;
+using LogCallback = MoveOnlyFunction<void(Log::Verbosity, const QString&)>;
 
 /// Hands a line to the installed callback, then echoes it to standard output when its verbosity is Error,
 /// Warning, Debug or Trace. Any thread.

@@ -1,9 +1,9 @@
 #pragma once
 #include "VekAppCore/Export.h"
 #include "VekAppCore/Text/TrString.h"
+#include "VekBase/MoveOnlyFunction.h"
 #include "VekBase/Verbosity.h"
 #include <QString>
-#include <functional>
 
 namespace vek::App
 {
@@ -18,7 +18,7 @@ struct NotifierMessage
     bool operator==(const NotifierMessage&) const = default;
 };
 
-using NotifierCallback = std::move_only_function<void(const NotifierMessage&)>;
+using NotifierCallback = MoveOnlyFunction<void(const NotifierMessage&)>;
 
 /// Shows a message through the installed callback, on the main thread, and then logs it with its verbosity.
 /// From another thread it is posted and this returns at once; where it cannot be posted, it is logged only.

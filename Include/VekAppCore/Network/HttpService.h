@@ -1,8 +1,8 @@
 #pragma once
 #include "VekAppCore/App/ServiceBase.h"
 #include "VekAppCore/Network/HttpException.h"
+#include "VekBase/MoveOnlyFunction.h"
 #include <chrono>
-#include <functional>
 #include <future>
 #include <map>
 #include <memory>
@@ -92,18 +92,17 @@ public:
     /// @param onEnd  called once, with a future that is ready: on the thread of the service, or at once where
     /// nothing can be sent.
     void SendGetRequest(const QUrl& url, const QUrlQuery& query, std::chrono::milliseconds timeout,
-                        std::move_only_function<void(std::future<QString>)> onEnd) const;
+                        MoveOnlyFunction<void(std::future<QString>)> onEnd) const;
     void SendPostRequest(const QUrl& url, const QUrlQuery& query, const QString& body,
                          std::chrono::milliseconds timeout,
-                         std::move_only_function<void(std::future<QString>)> onEnd) const;
+                         MoveOnlyFunction<void(std::future<QString>)> onEnd) const;
 
 private:
     friend class HttpService;
     explicit HttpSender(std::shared_ptr<HttpService::State> state);
     void _Send(const QUrlQuery& query, std::unique_ptr<HttpService::Request> request) const;
     void _Send(const QUrlQuery& query, std::unique_ptr<HttpService::Request> request,
-               std::chrono::milliseconds timeout,
-               std::move_only_function<void(std::future<QString>)> onEnd) const;
+               std::chrono::milliseconds timeout, MoveOnlyFunction<void(std::future<QString>)> onEnd) const;
 
     std::shared_ptr<HttpService::State> m_state;
 };
