@@ -32,13 +32,26 @@ if(VEK_SANITIZE)
     target_link_options(VekOptions INTERFACE -fsanitize=${VEK_SANITIZE})
 endif()
 
-# vek_add_library(<name>): an empty shared library with hidden symbols and an export macro of its own.
-function(vek_add_library name)
+# vek_find_package(<Debian packages> <arguments of find_package>...): says what to install where it is missing. A macro,
+# since packages set variables for the folder that asks.
+macro(vek_find_package debian_packages name)
+    find_package(${name} ${ARGN} QUIET)
+    if(NOT ${name}_FOUND)
+        string(REPLACE "," " " VEK_MISSING "${debian_packages}")
+        message(FATAL_ERROR "VekAppCore needs ${name} (${ARGN}), which was not found.\n"
+            "On Debian, \"apt-get install ${VEK_MISSING}\" installs it, and Scripts/install-dependencies all that is "
+            "needed. A copy in a folder of your own is found with -D CMAKE_PREFIX_PATH=<folder>.")
+    endif()
+endmacro()
+
+# vek_add_library(<name> <component>): an empty shared library with hidden symbols and an export macro of its own,
+# which users find as that component of the package.
+function(vek_add_library name component)
     add_library(${name} SHARED)
     add_library(Vek::${name} ALIAS ${name})
     generate_export_header(${name} EXPORT_FILE_NAME "${PROJECT_BINARY_DIR}/Include/${name}/Export.h")
     target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:VekOptions>)
-    target_compile_features(${name} PUBLIC cxx_std_23)
+    target_compile_features(${name} PUBLIC cxx_std_20)
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/Src")
     target_sources(${name} PUBLIC
         FILE_SET HEADERS
@@ -47,20 +60,24 @@ function(vek_add_library name)
     set_target_properties(${name} PROPERTIES
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
+        INSTALL_RPATH "$ORIGIN"
         VERIFY_INTERFACE_HEADER_SETS ON)
-    install(TARGETS ${name} EXPORT VekAppCoreTargets FILE_SET HEADERS
-        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-        RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    vek_install_library(${name} ${component})
 endfunction()
 
-# vek_add_area(<area> [HEADERS ...] [SOURCES ...]): adds to VekAppCore; headers are public and must compile alone.
+# vek_add_area(<area> [HEADERS ...] [SOURCES ...] [WIDGETS <class>...]): adds to VekAppCore, and classes that need Qt
+# Widgets, by their names, to VekAppCoreWidgets; headers are public and must compile alone.
 function(vek_add_area area)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;SOURCES")
-    list(TRANSFORM arg_HEADERS PREPEND "${PROJECT_SOURCE_DIR}/Include/VekAppCore/${area}/")
-    list(APPEND arg_HEADERS "${PROJECT_SOURCE_DIR}/Include/VekAppCore/${area}.h")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;SOURCES;WIDGETS")
+    set(include_folder "${PROJECT_SOURCE_DIR}/Include/VekAppCore")
+    list(TRANSFORM arg_HEADERS PREPEND "${include_folder}/${area}/")
     list(TRANSFORM arg_SOURCES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
-    target_sources(VekAppCore PUBLIC FILE_SET HEADERS FILES ${arg_HEADERS})
+    target_sources(VekAppCore PUBLIC FILE_SET HEADERS FILES "${include_folder}/${area}.h" ${arg_HEADERS})
     target_sources(VekAppCore PRIVATE ${arg_SOURCES})
+    foreach(class ${arg_WIDGETS})
+        target_sources(VekAppCoreWidgets PUBLIC FILE_SET HEADERS FILES "${include_folder}/${area}/${class}.h")
+        target_sources(VekAppCoreWidgets PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/${class}.cpp")
+    endforeach()
 endfunction()
 
 # vek_add_test(<area> <Test>... [LIBRARIES ...] [NAME executable] [LABEL label]): one executable an area, from the
@@ -75,7 +92,7 @@ function(vek_add_test area)
     endif()
     list(TRANSFORM arg_UNPARSED_ARGUMENTS APPEND ".cpp")
     add_executable(${arg_NAME} ${arg_UNPARSED_ARGUMENTS})
-    target_link_libraries(${arg_NAME} PRIVATE VekOptions VekAppCore VekTestSupport ${arg_LIBRARIES})
+    target_link_libraries(${arg_NAME} PRIVATE VekOptions VekAppCoreWidgets VekTestSupport ${arg_LIBRARIES})
     gtest_discover_tests(${arg_NAME}
         PROPERTIES LABELS "${arg_LABEL}" ENVIRONMENT "${VEK_TEST_ENVIRONMENT}" TIMEOUT 120
         DISCOVERY_TIMEOUT 60)

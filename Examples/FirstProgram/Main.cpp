@@ -1,4 +1,5 @@
 #include <VekAppCore/App.h>
+#include <VekAppCore/Widgets.h>
 #include <cstdio>
 
 /// A service: made and owned by the library, reached from everywhere.

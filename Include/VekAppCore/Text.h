@@ -2,8 +2,6 @@
 #include "VekAppCore/Text/Convert.h"
 #include "VekAppCore/Text/LanguageChange.h"
 #include "VekAppCore/Text/NumberExtractor.h"
-#include "VekAppCore/Text/NumberLineEdit.h"
-#include "VekAppCore/Text/QuantityLineEdit.h"
 #include "VekAppCore/Text/StringUtility.h"
 #include "VekAppCore/Text/TrString.h"
 #include "VekAppCore/Text/Triplet.h"

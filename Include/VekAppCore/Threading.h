@@ -8,7 +8,5 @@
 #include "VekAppCore/Threading/StepProgression.h"
 #include "VekAppCore/Threading/TaskExecutor.h"
 #include "VekAppCore/Threading/TaskListener.h"
-#include "VekAppCore/Threading/TaskProgressWidget.h"
-#include "VekAppCore/Threading/TaskStatusBar.h"
 #include "VekAppCore/Threading/VekQFuncEvent.h"
 #include "VekAppCore/Threading/WhenAll.h"

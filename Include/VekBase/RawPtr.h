@@ -8,6 +8,8 @@
 #include <type_traits>
 #include <utility>
 
+class QWidget;
+
 namespace vek
 {
 namespace Details
@@ -56,22 +58,29 @@ private:
     ControlBlock* m_block = nullptr;
 };
 
-/// Watches a QObject that is no SafeObject.
+/// Watches a QObject that is no SafeObject. T need not be defined to copy it and to ask it.
 template <typename T>
 class QObjectWatch
 {
 public:
     QObjectWatch() noexcept = default;
-    explicit QObjectWatch(T* object) : m_object(object) {}
+    explicit QObjectWatch(T* object) : m_watched(object), m_object(object) {}
     template <template <typename> typename Watch, typename U>
-    explicit QObjectWatch(const Watch<U>& other) : m_object(other.Get())
+    explicit QObjectWatch(const Watch<U>& other) : QObjectWatch(static_cast<T*>(other.Get()))
     {}
 
-    [[nodiscard]] T* Get() const noexcept { return m_object.data(); }
+    [[nodiscard]] T* Get() const noexcept { return m_watched ? m_object : nullptr; }
 
 private:
-    QPointer<T> m_object;
+    QPointer<const QObject> m_watched;
+    T* m_object = nullptr;
 };
+
+template <typename T>
+inline constexpr bool isSafeObject = std::derived_from<T, SafeObject>;
+/// Programs without windows know widgets by name alone.
+template <>
+inline constexpr bool isSafeObject<QWidget> = false;
 } // namespace Details
 
 /// A pointer that does not own its object and reads null once the object has died.
@@ -119,8 +128,8 @@ private:
         return object;
     }
 
-    using Watch = std::conditional_t<std::derived_from<std::remove_cv_t<T>, SafeObject>,
-                                     Details::SafeObjectWatch<T>, Details::QObjectWatch<T>>;
+    using Watch = std::conditional_t<Details::isSafeObject<std::remove_cv_t<T>>, Details::SafeObjectWatch<T>,
+                                     Details::QObjectWatch<T>>;
     Watch m_watch;
 };
 } // namespace vek

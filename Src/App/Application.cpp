@@ -3,7 +3,6 @@
 #include "VekBase/Exception.h"
 #include "VekBase/Process.h"
 #include <QFileInfo>
-#include <QMainWindow>
 
 namespace vek::App
 {
@@ -52,13 +51,6 @@ RawPtr<QWidget> GetMainWidget()
 {
     IApp* const app = g_app.Get();
     return app ? app->GetMainWidget() : nullptr;
-}
-
-RawPtr<QWidget> GetCentralWidget()
-{
-    const RawPtr<QWidget> widget = GetMainWidget();
-    auto* const window = dynamic_cast<QMainWindow*>(widget.Get());
-    return window ? window->centralWidget() : nullptr;
 }
 
 bool IsPostEventAvailable() { return GetPostEventTarget() != nullptr; }

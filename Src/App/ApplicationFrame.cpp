@@ -9,7 +9,6 @@
 #include "VekBase/Multithread.h"
 #include "VekBase/PluginMgr.h"
 #include <QCoreApplication>
-#include <QWidget>
 #include <atomic>
 
 namespace vek::App

@@ -1,6 +1,7 @@
 #include "VekAppCore/App/Application.h"
 #include "Support/TestSupport.h"
 #include "VekAppCore/App/ApplicationFrame.h"
+#include "VekAppCore/App/CentralWidget.h"
 #include "VekAppCore/App/Folders.h"
 #include "VekAppCore/App/NoSettingsMode.h"
 #include "VekAppCore/Threading/TaskExecutor.h"

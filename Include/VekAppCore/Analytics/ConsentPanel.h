@@ -1,5 +1,5 @@
 #pragma once
-#include "VekAppCore/Export.h"
+#include "VekAppCoreWidgets/Export.h"
 #include "VekBase/Signal.h"
 #include <QWidget>
 #include <functional>
@@ -9,7 +9,7 @@ namespace vek::Analytics
 {
 /// Tells the user in plain words what the usage statistics are, shows what has been sent, as it went, and
 /// lets him agree or not. For a dialog of settings. It follows changes of language. Main thread only.
-class VEKAPPCORE_EXPORT ConsentPanel : public QWidget
+class VEKAPPCOREWIDGETS_EXPORT ConsentPanel : public QWidget
 {
 public:
     /// @throws NullptrException  there is no AnalyticsService.

@@ -28,9 +28,6 @@ VEKAPPCORE_EXPORT void SetApp(RawPtr<IApp> app);
 /// May be null.
 [[nodiscard]] VEKAPPCORE_EXPORT RawPtr<QWidget> GetMainWidget();
 
-/// The central widget of a main widget that is a QMainWindow; else null.
-[[nodiscard]] VEKAPPCORE_EXPORT RawPtr<QWidget> GetCentralWidget();
-
 /// True when PostEvent reaches the main thread.
 [[nodiscard]] VEKAPPCORE_EXPORT bool IsPostEventAvailable();
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "VekAppCore/Export.h"
+#include "VekAppCoreWidgets/Export.h"
 #include "VekBase/Verbosity.h"
 #include <QWidget>
 #include <memory>
@@ -8,7 +8,7 @@ namespace vek::App
 {
 /// Shows the newest log lines and filters them by level and text. Main thread only, except what Install's
 /// callback does: it takes lines from any thread, also after the panel has died.
-class VEKAPPCORE_EXPORT LogPanel : public QWidget
+class VEKAPPCOREWIDGETS_EXPORT LogPanel : public QWidget
 {
 public:
     /// @param mostLines  kept, 1 or more; the oldest are dropped first.

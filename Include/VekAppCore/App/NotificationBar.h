@@ -1,6 +1,6 @@
 #pragma once
 #include "VekAppCore/App/Notifier.h"
-#include "VekAppCore/Export.h"
+#include "VekAppCoreWidgets/Export.h"
 #include <QWidget>
 #include <chrono>
 #include <memory>
@@ -10,7 +10,7 @@ namespace vek::App
 /// Shows notifications on top of a window without blocking it: the newest in front, with its level, a button
 /// for the details when there are any, and a button that goes on to the next. Errors and warnings stay until
 /// they are closed, other messages go by themselves. Texts follow a change of language. Main thread only.
-class VEKAPPCORE_EXPORT NotificationBar : public QWidget
+class VEKAPPCOREWIDGETS_EXPORT NotificationBar : public QWidget
 {
 public:
     /// Lies over the upper edge of @p window and follows its size.

@@ -1,5 +1,5 @@
 #pragma once
-#include "VekAppCore/Export.h"
+#include "VekAppCoreWidgets/Export.h"
 #include "VekBase/RawPtr.h"
 #include <QApplication>
 #include <vector>
@@ -8,7 +8,7 @@ namespace vek::App
 {
 /// The Qt application of a program: an exception that leaves a handler is reported with the event and the
 /// object, and the program goes on. Main thread only.
-class VEKAPPCORE_EXPORT VekQApplication : public QApplication
+class VEKAPPCOREWIDGETS_EXPORT VekQApplication : public QApplication
 {
 public:
     VekQApplication(int& argc, char** argv);

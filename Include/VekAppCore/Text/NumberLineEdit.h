@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Text/NumberExtractor.h"
+#include "VekAppCoreWidgets/Export.h"
 #include "VekBase/Signal.h"
 #include <QLineEdit>
 #include <functional>
@@ -12,7 +13,7 @@ namespace vek
 /// the focus leaves; Esc restores the value of before. The arrow keys and, with the focus, the wheel step by
 /// a tenth of the value's order of magnitude, the page keys by ten times that. A change of the language, and
 /// with it of the locale, is followed at once. Main thread only.
-class VEKAPPCORE_EXPORT NumberLineEditBase : public QLineEdit
+class VEKAPPCOREWIDGETS_EXPORT NumberLineEditBase : public QLineEdit
 {
 public:
     ~NumberLineEditBase() override;
@@ -69,7 +70,7 @@ private:
 };
 
 /// A field for a number.
-class VEKAPPCORE_EXPORT NumberLineEdit : public NumberLineEditBase
+class VEKAPPCOREWIDGETS_EXPORT NumberLineEdit : public NumberLineEditBase
 {
 public:
     /// Shows 0.

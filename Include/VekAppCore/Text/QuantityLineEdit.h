@@ -7,7 +7,7 @@ namespace vek
 /// A field for a quantity: Unit::Angle, Area, Length, Percent or Volume. It is typed in any unit, and shown
 /// in that of the project, which is the default unit unless one is set; a change of it is followed at once.
 template <Unit::AnyQuantity U>
-class VEKAPPCORE_EXPORT QuantityLineEdit : public NumberLineEditBase
+class VEKAPPCOREWIDGETS_EXPORT QuantityLineEdit : public NumberLineEditBase
 {
 public:
     using UnitType = typename U::UnitType;

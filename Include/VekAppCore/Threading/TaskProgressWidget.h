@@ -1,6 +1,6 @@
 #pragma once
-#include "VekAppCore/Export.h"
 #include "VekAppCore/Threading/TaskListener.h"
+#include "VekAppCoreWidgets/Export.h"
 #include <QWidget>
 #include <chrono>
 #include <functional>
@@ -10,7 +10,7 @@ namespace vek::Threading
 {
 /// Shows a task: its title, a bar (busy until the first progress), the remaining time once it can be told,
 /// and a button that cancels it. Texts follow a change of language. Main thread only.
-class VEKAPPCORE_EXPORT TaskProgressWidget : public QWidget
+class VEKAPPCOREWIDGETS_EXPORT TaskProgressWidget : public QWidget
 {
 public:
     using Clock = std::function<std::chrono::steady_clock::time_point()>;

@@ -1,7 +1,7 @@
 #pragma once
-#include "VekAppCore/Export.h"
 #include "VekAppCore/Threading/TaskExecutor.h"
 #include "VekAppCore/Threading/TaskListener.h"
+#include "VekAppCoreWidgets/Export.h"
 #include <QWidget>
 #include <memory>
 #include <vector>
@@ -12,7 +12,7 @@ namespace vek::Threading
 {
 /// A TaskProgressWidget for every task of an executor that is running or waits for a worker, in order of
 /// launching; for the status bar of a window. Main thread only.
-class VEKAPPCORE_EXPORT TaskStatusBar : public QWidget
+class VEKAPPCOREWIDGETS_EXPORT TaskStatusBar : public QWidget
 {
 public:
     /// @param executor  only tasks launched on it from now on are shown; see Add for others.

@@ -1,0 +1,10 @@
+#pragma once
+#include "VekAppCore/Analytics/ConsentPanel.h"
+#include "VekAppCore/App/CentralWidget.h"
+#include "VekAppCore/App/LogPanel.h"
+#include "VekAppCore/App/NotificationBar.h"
+#include "VekAppCore/App/VekQApplication.h"
+#include "VekAppCore/Text/NumberLineEdit.h"
+#include "VekAppCore/Text/QuantityLineEdit.h"
+#include "VekAppCore/Threading/TaskProgressWidget.h"
+#include "VekAppCore/Threading/TaskStatusBar.h"
