@@ -1,6 +1,5 @@
 # The packages that Scripts/package makes: what VekInstall.cmake and the examples install, by component.
 set(CPACK_PACKAGE_CONTACT "The VekAppCore developers <vekappcore@example.org>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
 set(CPACK_GENERATOR DEB)
 set(CPACK_STRIP_FILES ON)
@@ -18,7 +17,7 @@ macro(vek_package component name section summary)
     list(APPEND CPACK_COMPONENTS_ALL ${component})
     set(CPACK_DEBIAN_${key}_PACKAGE_NAME ${name})
     set(CPACK_DEBIAN_${key}_PACKAGE_SECTION ${section})
-    set(CPACK_COMPONENT_${key}_DESCRIPTION "${summary}")
+    set(CPACK_DEBIAN_${key}_DESCRIPTION "${summary}")
     set(CPACK_DEBIAN_${key}_PACKAGE_DEPENDS "${ARGN}")
     install(FILES "${PROJECT_SOURCE_DIR}/LICENSE"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${name}" RENAME copyright COMPONENT ${component})
@@ -41,7 +40,7 @@ endforeach()
 if(TARGET InspectionDesk)
     vek_package(InspectionDesk inspection-desk science "Shows how flat a plate is, from points measured on it"
         "${widgets} ${same}")
-    set(CPACK_DEBIAN_INSPECTIONDESK_PACKAGE_RECOMMENDS "qt6-translations-l10n")
+    set(CPACK_DEBIAN_INSPECTIONDESK_PACKAGE_RECOMMENDS "fonts-dejavu-core, qt6-translations-l10n")
 endif()
 
 install(FILES
