@@ -20,9 +20,10 @@ void EventFilter::Stop()
     deleteLater(); // not now: the callback may be running
 }
 
-bool EventFilter::eventFilter(QObject*, QEvent* event)
+bool EventFilter::eventFilter(QObject* watched, QEvent* event)
 {
-    if (m_isStopped)
+    // A filter of the application object is shown the events of all objects.
+    if (m_isStopped || watched != parent())
         return false;
     try
     {

@@ -38,4 +38,18 @@ TEST(EventFilter, SeesEveryEventAndConsumesNone)
     EXPECT_THAT(seen, testing::ElementsAre(QEvent::User, QEvent::FontChange));
     EXPECT_THAT(receiver.received, testing::IsSupersetOf({QEvent::User, QEvent::FontChange, QEvent::User}));
 }
+
+TEST(EventFilter, SeesNoOthersEventsWhereItsObjectIsTheApplication)
+{
+    QEvent event(QEvent::User);
+    QObject other;
+    int seen = 0;
+    auto* const filter = new EventFilter(QCoreApplication::instance(),
+                                         [&seen](QEvent* each) { seen += each->type() == QEvent::User; });
+    QCoreApplication::sendEvent(&other, &event);
+    EXPECT_EQ(seen, 0);
+    QCoreApplication::sendEvent(QCoreApplication::instance(), &event);
+    EXPECT_EQ(seen, 1);
+    filter->Stop();
+}
 } // namespace vek::QtUtility
