@@ -114,15 +114,13 @@ void NumberLineEditBase::_Judge()
         return;
     QString plain = text();
     Convert::SanitizeSingleValue(plain);
-    const QString explanation = _Explain(*m_extractor, plain, _GetOptions());
-    if (!m_isImpossible)
-        m_toolTip = toolTip();
-    setToolTip(explanation.isEmpty() ? m_toolTip : explanation);
-    const bool wasImpossible = std::exchange(m_isImpossible, !explanation.isEmpty());
-    if (m_isImpossible == wasImpossible)
+    const bool wasImpossible = IsImpossible();
+    m_explanation = _Explain(*m_extractor, plain, _GetOptions());
+    setToolTip(IsImpossible() ? m_explanation : m_toolTip);
+    if (IsImpossible() == wasImpossible)
         return;
     QPalette colours;
-    if (m_isImpossible)
+    if (IsImpossible())
     {
         // Readable on a light base and on a dark one.
         const bool isDark = palette().color(QPalette::Text).lightness() > 127;
@@ -133,7 +131,7 @@ void NumberLineEditBase::_Judge()
 
 bool NumberLineEditBase::_Step(double steps)
 {
-    if (isReadOnly() || m_isImpossible)
+    if (isReadOnly() || IsImpossible())
         return false;
     if (!hasAcceptableInput())
     {
@@ -178,6 +176,17 @@ void NumberLineEditBase::wheelEvent(QWheelEvent* event)
         event->accept();
     else
         event->ignore();
+}
+
+bool NumberLineEditBase::event(QEvent* event)
+{
+    if (event->type() == QEvent::ToolTipChange && toolTip() != m_explanation)
+    {
+        m_toolTip = toolTip();
+        if (IsImpossible())
+            setToolTip(m_explanation);
+    }
+    return QLineEdit::event(event);
 }
 
 void NumberLineEditBase::changeEvent(QEvent* event)

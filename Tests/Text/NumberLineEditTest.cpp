@@ -166,6 +166,10 @@ TEST_F(Fields, DefaultUnitAndLanguageAreFollowed)
     EXPECT_EQ(length.GetValue(), Unit::Length(1234.75, Millimeter));
     Type(length, "x");
     EXPECT_TRUE(length.toolTip().contains("n\u2019est pas un nombre")) << length.toolTip().toStdString();
+    length.setToolTip("own"); // while another one is shown
+    EXPECT_TRUE(length.toolTip().contains("n\u2019est pas un nombre"));
+    Type(length, "1");
+    EXPECT_EQ(length.toolTip(), "own");
 }
 } // namespace
 } // namespace vek

@@ -19,7 +19,7 @@ public:
     ~NumberLineEditBase() override;
 
     /// What is typed cannot become a value.
-    [[nodiscard]] bool IsImpossible() const noexcept { return m_isImpossible; }
+    [[nodiscard]] bool IsImpossible() const noexcept { return !m_explanation.isEmpty(); }
 
     /// Calls @p callback when the user has changed the value.
     [[nodiscard]] Connection OnValueChanged(std::function<void()> callback);
@@ -51,6 +51,7 @@ protected:
 
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -64,9 +65,9 @@ private:
     std::unique_ptr<Convert::NumberExtractorBase> m_extractor; ///< Null until _Update.
     Validator* const m_validator;
     Signal<void()> m_valueChanged;
-    QString m_shownText; ///< Of the value; what differs from it is being typed.
-    QString m_toolTip;   ///< The application's own, while the text is impossible.
-    bool m_isImpossible = false;
+    QString m_shownText;   ///< Of the value; what differs from it is being typed.
+    QString m_toolTip;     ///< The application's own.
+    QString m_explanation; ///< Of what is impossible, in place of m_toolTip; else empty.
 };
 
 /// A field for a number.
