@@ -23,6 +23,17 @@ VEKAPPCORE_EXPORT QtUtility::EventFilter* OnLanguageChanged(QObject* object, std
 VEKAPPCORE_EXPORT QtUtility::EventFilter* OnLanguageChanged(QObject* object, TrString text,
                                                             std::function<void(const QString&)> callback);
 
+/// Gives an object a text that follows the language:
+/// ShowTranslated(button, &QPushButton::setText, TrString::translate("Panel", "Clear")). Once for each object
+/// and setter: of two texts, the first would come back.
+/// @return @p object.
+template <typename T, typename Base>
+T* ShowTranslated(T* object, void (Base::*setter)(const QString&), const TrString& text)
+{
+    OnLanguageChanged(object, text, [object, setter](const QString& now) { (object->*setter)(now); });
+    return object;
+}
+
 /// Calls @p callback at once and on every change until the scope is released or the object dies.
 [[nodiscard]] VEKAPPCORE_EXPORT ScopeBase OnLanguageChangedScope(QObject* object,
                                                                  std::function<void()> callback);
