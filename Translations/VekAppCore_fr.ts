@@ -27,7 +27,7 @@
     </message>
     <message>
         <source>What has been sent, as it went (the newest first, 50 at most):</source>
-        <translation>Ce qui a été envoyé, tel quel (le plus récent d’abord, 50 au plus) :</translation>
+        <translation>Ce qui a été envoyé, tel quel (le plus récent d’abord, 50 au plus)&#xa0;:</translation>
     </message>
     <message>
         <source>The settings of this computer decide.</source>
@@ -35,7 +35,7 @@
     </message>
     <message>
         <source>With your consent, this program tells its makers how it is used: which pages and dialogs are opened, which commands are used, when, and how long they take. With it go the version, edition and language of the program, your country, the size of the screen, the kind of processor and graphics card, the size of the memory, and a random number that stands for this installation. It sends no files and no measurements. You may change your mind at any time: what has not been sent by then is dropped.</source>
-        <translation>Avec votre accord, ce programme indique à ses auteurs comment il est utilisé : quelles pages et quelles boîtes de dialogue sont ouvertes, quelles commandes sont utilisées, quand et combien de temps elles prennent. S’y ajoutent la version, l’édition et la langue du programme, votre pays, la taille de l’écran, le type de processeur et de carte graphique, la taille de la mémoire, et un nombre aléatoire qui désigne cette installation. Aucun fichier ni aucune mesure n’est envoyé. Vous pouvez changer d’avis à tout moment : ce qui n’a pas encore été envoyé est abandonné.</translation>
+        <translation>Avec votre accord, ce programme indique à ses auteurs comment il est utilisé&#xa0;: quelles pages et quelles boîtes de dialogue sont ouvertes, quelles commandes sont utilisées, quand et combien de temps elles prennent. S’y ajoutent la version, l’édition et la langue du programme, votre pays, la taille de l’écran, le type de processeur et de carte graphique, la taille de la mémoire, et un nombre aléatoire qui désigne cette installation. Aucun fichier ni aucune mesure n’est envoyé. Vous pouvez changer d’avis à tout moment&#xa0;: ce qui n’a pas encore été envoyé est abandonné.</translation>
     </message>
 </context>
 <context>
@@ -96,7 +96,7 @@
     <name>NumberLineEdit</name>
     <message>
         <source>&quot;%1&quot; is not a number.</source>
-        <translation>« %1 » n’est pas un nombre.</translation>
+        <translation>«&#xa0;%1&#xa0;» n’est pas un nombre.</translation>
     </message>
     <message>
         <source>A number from %1 to %2 is expected.</source>
@@ -104,14 +104,14 @@
     </message>
     <message>
         <source>&quot;%1&quot; is not a number with one of the units %2.</source>
-        <translation>« %1 » n’est pas un nombre avec une des unités %2.</translation>
+        <translation>«&#xa0;%1&#xa0;» n’est pas un nombre avec une des unités %2.</translation>
     </message>
 </context>
 <context>
     <name>QObject</name>
     <message>
         <source>ERROR ! an exception has interrupted the treatment.</source>
-        <translation>ERREUR ! une exception a interrompu le traitement.</translation>
+        <translation>ERREUR&#x202f;! une exception a interrompu le traitement.</translation>
     </message>
     <message>
         <source>A general exception has been caught.</source>
@@ -119,15 +119,15 @@
     </message>
     <message>
         <source>%1 %2 (source: %3)</source>
-        <translation>%1 %2 (source : %3)</translation>
+        <translation>%1 %2 (source&#xa0;: %3)</translation>
     </message>
     <message>
         <source>NOT ENOUGH MEMORY!</source>
-        <translation>MÉMOIRE INSUFFISANTE !</translation>
+        <translation>MÉMOIRE INSUFFISANTE&#x202f;!</translation>
     </message>
     <message>
         <source>ESC: the computation is canceled.</source>
-        <translation>ÉCHAP : le calcul est annulé.</translation>
+        <translation>ÉCHAP&#xa0;: le calcul est annulé.</translation>
     </message>
     <message>
         <source>Not enough memory.</source>
@@ -139,23 +139,23 @@
     <message>
         <source>: </source>
         <comment>Must be translated with the correct spacing according to the language (ex: &quot; : &quot; in French</comment>
-        <translation> : </translation>
+        <translation>&#xa0;: </translation>
     </message>
     <message>
         <source>; </source>
         <comment>Must be translated with the correct spacing according to the language (ex: &quot; ; &quot; in French</comment>
-        <translation> ; </translation>
+        <translation>&#x202f;; </translation>
     </message>
 </context>
 <context>
     <name>TaskProgressWidget</name>
     <message>
         <source>%1 s left</source>
-        <translation>%1 s restantes</translation>
+        <translation>%1&#xa0;s restantes</translation>
     </message>
     <message>
         <source>%1 min left</source>
-        <translation>%1 min restantes</translation>
+        <translation>%1&#xa0;min restantes</translation>
     </message>
     <message>
         <source>Cancel</source>
