@@ -1,4 +1,5 @@
 #include "VekAppCore/App/ApplicationFrame.h"
+#include "App/Language.h"
 #include "VekAppCore/App/Application.h"
 #include "VekAppCore/App/DeclarationSystem.h"
 #include "VekAppCore/App/Folders.h"
@@ -45,10 +46,10 @@ ApplicationFrame::~ApplicationFrame()
     m_impl->services.reset();
     if (GetAppPtr() == RawPtr<IApp>(this))
         SetApp(nullptr);
+    RemoveTranslations();
     if (!IO::PluginMgr::GetInstance().GetPlugins().empty())
     {
         // Nothing may point into a module when it goes.
-        RemoveTranslations();
         DeclarationSystem::GetInstance().DeleteAllExtensions();
         IO::PluginMgr::GetInstance().UnloadAll();
     }
@@ -63,6 +64,7 @@ void ApplicationFrame::Start(const QString& addonsFolder)
         for (const IO::PluginException& failure : IO::PluginMgr::GetInstance().LoadFolder(addonsFolder))
             Log(Log::Verbosity::Warning, QString::fromUtf8(failure.what()));
     declarations.RunNew(declaration);
+    InstallLanguage();
     DynamicServicesCreationCtx creation{m_impl->services.get()};
     declarations.RunAll(creation);
     m_impl->services->NotifyServices();
@@ -71,6 +73,7 @@ void ApplicationFrame::Start(const QString& addonsFolder)
 void ApplicationFrame::LoadPlugin(const QString& file)
 {
     IO::PluginMgr::GetInstance().Load(file);
+    AddNewTranslations();
     DeclarationSystem& declarations = DeclarationSystem::GetInstance();
     DynamicServicesDeclarationCtx declaration;
     declarations.RunNew(declaration);

@@ -1,15 +1,26 @@
 #include "VekAppCore/App/Translations.h"
+#include "App/Language.h"
 #include "VekAppCore/App/DeclarationSystem.h"
+#include "VekAppCore/Settings/AppSettings.h"
 #include <QCoreApplication>
+#include <QDir>
+#include <QEvent>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
 #include <memory>
+#include <mutex>
+#include <optional>
+#include <ranges>
+#include <shared_mutex>
 #include <vector>
 
 namespace vek::App
 {
 namespace
 {
+using namespace Qt::StringLiterals;
+
 [[maybe_unused]] const int g_ownTranslations = [] {
     DeclarationSystem::GetInstance().Append<ITranslationDeclarationCtx>(
         [](ITranslationDeclarationCtx& context) {
@@ -19,49 +30,195 @@ namespace
     return 1;
 }();
 
-constexpr const char* ownerName = "vekTranslations";
+const QString& SettingsKey()
+{
+    static const QString key = u"Language"_s;
+    return key;
+}
 
-/// Loads what is declared; the translators belong to @p owner.
-class TranslationLoader final : public ITranslationDeclarationCtx
+struct Declaration
+{
+    QString folder;
+    QString name;
+    bool operator==(const Declaration&) const = default;
+};
+
+/// What all modules declare.
+class Declarations final : public ITranslationDeclarationCtx
 {
 public:
-    TranslationLoader(const QLocale& locale, QObject* owner) : m_locale(locale), m_owner(owner) {}
-
+    Declarations() { DeclarationSystem::GetInstance().RunAll<ITranslationDeclarationCtx>(*this); }
     void AddTranslation(const QString& folder, const QString& name) override
     {
-        auto translator = std::make_unique<QTranslator>();
-        if (!translator->load(m_locale, name, QStringLiteral("_"), folder))
-            return;
-        translator->setParent(m_owner);
-        QCoreApplication::installTranslator(translator.release());
-        ++m_count;
+        list.push_back({folder, name});
     }
 
-    [[nodiscard]] int GetCount() const { return m_count; }
+    std::vector<Declaration> list;
+};
+
+QStringList FindLanguages(const std::vector<Declaration>& declarations)
+{
+    QStringList languages{u"en"_s};
+    for (const auto& [folder, name] : declarations)
+        for (const QString& file : QDir(folder).entryList({name + u"_*.qm"_s}))
+        {
+            const QString language = file.chopped(3).mid(name.size() + 1);
+            if (QLocale(language).language() != QLocale::C) // else it is part of another name
+                languages += language;
+        }
+    languages.removeDuplicates();
+    languages.sort();
+    return languages;
+}
+
+/// All texts of the language that is shown. Qt sees a single translator, so that a switch is one change of
+/// language to the application, and a text is never asked for in a mixture of two.
+class Translator final : public QTranslator
+{
+public:
+    struct State
+    {
+        std::optional<QString> choice; ///< See GetLanguage; empty where the settings have not been asked.
+        QStringList wanted;
+        bool isQtIncluded = false;
+        std::vector<Declaration> declarations;
+        QString language; ///< What is shown.
+    };
+
+    /// @return the number of declared files loaded.
+    int Load(State state)
+    {
+        state.declarations = Declarations().list;
+        state.language = ChooseLanguage(state.wanted, FindLanguages(state.declarations));
+        std::vector<std::unique_ptr<QTranslator>> translators;
+        const auto load = [&](const Declaration& declaration) {
+            auto translator = std::make_unique<QTranslator>();
+            if (translator->load(declaration.name + u'_' + state.language, declaration.folder))
+                translators.push_back(std::move(translator));
+        };
+        std::ranges::for_each(state.declarations, load);
+        const auto count = static_cast<int>(translators.size());
+        std::ranges::reverse(translators); // what is declared last goes first
+        if (state.isQtIncluded)
+            load({QLibraryInfo::path(QLibraryInfo::TranslationsPath), u"qtbase"_s});
+        m_state = std::move(state);
+        const std::lock_guard lock(m_mutex);
+        m_translators.swap(translators);
+        return count;
+    }
+
+    [[nodiscard]] const State& GetState() const { return m_state; }
+
+    [[nodiscard]] bool isEmpty() const override { return false; } // Qt may not forget it
+    [[nodiscard]] QString translate(const char* context, const char* source, const char* comment,
+                                    int n) const override
+    {
+        const std::shared_lock lock(m_mutex);
+        for (const auto& translator : m_translators)
+            if (QString text = translator->translate(context, source, comment, n); !text.isNull())
+                return text;
+        return {};
+    }
 
 private:
-    const QLocale m_locale;
-    QObject* const m_owner;
-    int m_count = 0;
+    State m_state;                     ///< Main thread only.
+    mutable std::shared_mutex m_mutex; ///< Guards m_translators: texts are rendered on any thread.
+    std::vector<std::unique_ptr<QTranslator>> m_translators;
 };
+
+Translator* g_translator = nullptr; // main thread only; the application owns it
+
+int Show(Translator::State state)
+{
+    if (g_translator)
+    {
+        const int count = g_translator->Load(std::move(state));
+        QEvent change(QEvent::LanguageChange);
+        QCoreApplication::sendEvent(QCoreApplication::instance(), &change);
+        return count;
+    }
+    g_translator = new Translator;
+    g_translator->setParent(QCoreApplication::instance());
+    QObject::connect(g_translator, &QObject::destroyed, [] { g_translator = nullptr; });
+    const int count = g_translator->Load(std::move(state));
+    QCoreApplication::installTranslator(g_translator);
+    return count;
+}
+
+void ShowChoice(const QString& choice)
+{
+    const QLocale locale = choice.isEmpty() ? QLocale::system() : QLocale(choice);
+    Show({choice, locale.uiLanguages(), true, {}, {}});
+}
 } // namespace
 
 ITranslationDeclarationCtx::~ITranslationDeclarationCtx() = default;
 
-int InstallTranslations(const QLocale& locale)
+void SetLanguage(const QString& language)
 {
-    RemoveTranslations();
-    auto* const owner = new QObject(QCoreApplication::instance());
-    owner->setObjectName(QLatin1String(ownerName));
-
-    TranslationLoader loader(locale, owner);
-    DeclarationSystem::GetInstance().RunAll<ITranslationDeclarationCtx>(loader);
-    return loader.GetCount();
+    if (g_translator && g_translator->GetState().choice == language)
+        return;
+    // What nobody has changed goes on following the settings of the machine.
+    if (language != GetLanguage())
+        GetAppSettings()->SetValue(SettingsKey(), language);
+    ShowChoice(language);
 }
+
+QString GetLanguage()
+{
+    if (g_translator && g_translator->GetState().choice)
+        return *g_translator->GetState().choice;
+    return GetAppSettings()->GetValue(SettingsKey(),
+                                      GetAllUsersSettings()->GetValue(SettingsKey(), QString()));
+}
+
+QString GetShownLanguage() { return g_translator ? g_translator->GetState().language : u"en"_s; }
+
+QStringList GetLanguages() { return FindLanguages(Declarations().list); }
+
+QString GetLanguageName(const QString& language)
+{
+    const QLocale locale(language);
+    if (language == u"en") // not "American English"
+        return QLocale::languageToString(QLocale::English);
+    QString name = locale.nativeLanguageName();
+    if (!name.isEmpty())
+        name.replace(0, 1, locale.toUpper(name.left(1)));
+    return name.isEmpty() ? language : name;
+}
+
+int InstallTranslations(const QLocale& locale) { return Show({{}, locale.uiLanguages(), false, {}, {}}); }
 
 void RemoveTranslations()
 {
-    if (QCoreApplication* const application = QCoreApplication::instance())
-        delete application->findChild<QObject*>(QLatin1String(ownerName), Qt::FindDirectChildrenOnly);
+    if (!g_translator)
+        return;
+    QCoreApplication::removeTranslator(g_translator); // while other threads may still ask it
+    delete g_translator;
+}
+
+void InstallLanguage() { ShowChoice(GetLanguage()); }
+
+void AddNewTranslations()
+{
+    if (g_translator && g_translator->GetState().declarations != Declarations().list)
+        Show(g_translator->GetState());
+}
+
+QString ChooseLanguage(const QStringList& wanted, const QStringList& available)
+{
+    for (qsizetype index = 0; index < wanted.size(); ++index)
+    {
+        const QString code = QString(wanted[index]).replace(u'-', u'_');
+        if (available.contains(code))
+            return code;
+        // "zh-Hant-TW", "zh-TW": the plain "zh" only behind the last of them.
+        const QString plain = code.section(u'_', 0, 0);
+        const bool isLast =
+            !wanted.value(index + 1).startsWith(plain + u'-') && wanted.value(index + 1) != plain;
+        if (isLast && available.contains(plain))
+            return plain;
+    }
+    return u"en"_s;
 }
 } // namespace vek::App

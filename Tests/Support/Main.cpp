@@ -13,6 +13,8 @@ int main(int argc, char** argv)
         qputenv(variable, home.path().toUtf8());
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("LC_ALL", "C.UTF-8"); // texts are compared in English
+    qunsetenv("LANGUAGE");
 
     testing::InitGoogleMock(&argc, argv);
     vek::SetUnitTestMode(true);

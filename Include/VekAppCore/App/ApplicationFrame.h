@@ -17,16 +17,18 @@ class VEKAPPCORE_EXPORT ApplicationFrame : public IApp
 public:
     /// Also gives Qt the names of the application and its organisation.
     explicit ApplicationFrame(AppConfiguration configuration);
-    /// Waits for the tasks, destroys the services, then unloads the plug-ins.
+    /// Waits for the tasks, destroys the services, takes the translations back, then unloads the plug-ins.
     ~ApplicationFrame() override;
 
-    /// Runs what the modules declared, loads the plug-ins of @p addonsFolder, creates every declared service,
-    /// then notifies them. A plug-in that cannot be loaded is a warning in the log.
+    /// Runs what the modules declared, loads the plug-ins of @p addonsFolder, shows the language of the
+    /// settings (see SetLanguage), creates every declared service, then notifies them. A plug-in that cannot
+    /// be loaded is a warning in the log.
     /// @param addonsFolder  see GetAddonsDir; empty for none.
     /// @throws what the constructor of a service throws.
     void Start(const QString& addonsFolder = {});
 
-    /// Loads one more plug-in after Start, creates the services that it declares, then notifies all services.
+    /// Loads one more plug-in after Start, with its translations, creates the services that it declares, then
+    /// notifies all services.
     /// @throws IO::PluginException  it cannot be loaded; also what the constructor of a service throws.
     void LoadPlugin(const QString& file);
 

@@ -1,0 +1,155 @@
+#include "VekAppCore/App/Translations.h"
+#include "App/Language.h"
+#include "Support/TestSupport.h"
+#include "VekAppCore/App/ApplicationFrame.h"
+#include "VekAppCore/App/DeclarationSystem.h"
+#include "VekAppCore/App/NoSettingsMode.h"
+#include "VekAppCore/Text/LanguageChange.h"
+#include "VekBase/ScopedTempFolder.h"
+#include <QCoreApplication>
+#include <QDir>
+#include <QSettings>
+#include <QWidget>
+#include <gmock/gmock.h>
+
+namespace vek::App
+{
+class TranslationsTest : public testing::Test
+{
+protected:
+    TranslationsTest()
+    {
+        for (const QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat})
+        {
+            QSettings::setPath(format, QSettings::UserScope, m_folder.GetPath() + "/user");
+            QSettings::setPath(format, QSettings::SystemScope, m_folder.GetPath() + "/machine");
+        }
+        _Start();
+    }
+
+    void _Start()
+    {
+        m_frame.reset();
+        AppConfiguration configuration;
+        configuration.applicationName = "App";
+        m_frame = std::make_unique<ApplicationFrame>(configuration);
+        m_frame->Start();
+    }
+
+    /// What a module may declare: the library's French under other names.
+    void _DeclareModule(const QStringList& files)
+    {
+        for (const QString& file : files)
+            EXPECT_TRUE(
+                QFile::copy(":/VekAppCore/Translations/VekAppCore_fr.qm", m_folder.GetPath() + '/' + file));
+        DeclarationSystem::GetInstance().Append<ITranslationDeclarationCtx>(
+            [folder = m_folder.GetPath()](ITranslationDeclarationCtx& context) {
+                context.AddTranslation(folder, "Module");
+            });
+    }
+
+    static QString _GetYes() { return ToTrString(true).ToString(); }
+
+    const ScopedTempFolder m_folder;
+    std::unique_ptr<ApplicationFrame> m_frame;
+};
+
+TEST(ChooseLanguage, IsTheFirstWantedOneThatIsThere)
+{
+    const QStringList available{"de", "en", "fr", "pt_BR", "zh", "zh_TW"};
+    const struct
+    {
+        const char* fault;
+        QStringList wanted;
+        const char* chosen;
+    } rows[] = {{"country not dropped", {"fr-Latn-CA", "fr-CA"}, "fr"},
+                {"second language before English", {"en-GB", "en", "en-Latn-US", "fr"}, "en"},
+                {"English without country overlooked", {"en-GB", "fr"}, "en"},
+                {"country dropped too early", {"zh-Hant-TW", "zh-TW"}, "zh_TW"},
+                {"language of one country for another", {"pt-Latn-PT", "pt-PT", "pt", "de-AT"}, "de"},
+                {"beginning of a code taken", {"frp", "de"}, "de"},
+                {"nothing instead of English", {"C"}, "en"},
+                {"nothing instead of English", {}, "en"}};
+    for (const auto& [fault, wanted, chosen] : rows)
+        EXPECT_EQ(ChooseLanguage(wanted, available), chosen) << fault;
+}
+
+TEST_F(TranslationsTest, ChoiceIsKeptForTheNextStart)
+{
+    EXPECT_EQ(GetLanguage(), "");
+    EXPECT_EQ(_GetYes(), "Yes");
+    SetLanguage("fr");
+    EXPECT_EQ(_GetYes(), "Oui");
+    m_frame.reset();
+    EXPECT_EQ(_GetYes(), "Yes") << "outlives the frame";
+    _Start();
+    EXPECT_EQ(GetLanguage(), "fr");
+    EXPECT_EQ(_GetYes(), "Oui");
+
+    SetNoSettingsMode(true);
+    _Start();
+    EXPECT_EQ(_GetYes(), "Yes") << "settings that are not wanted";
+    SetNoSettingsMode(false);
+
+    SetLanguage("tlh"); // of which there is nothing
+    EXPECT_EQ(_GetYes(), "Yes");
+    EXPECT_EQ(GetShownLanguage(), "en");
+    _Start();
+    EXPECT_EQ(GetLanguage(), "tlh");
+}
+
+TEST_F(TranslationsTest, MachinesLanguageIsThatOfUsersWhoHaveChosenNone)
+{
+    QDir(m_folder.GetPath()).mkpath("machine/Ostrafel/App");
+    QSettings(m_folder.GetPath() + "/machine/Ostrafel/App/Settings.ini", QSettings::IniFormat)
+        .setValue("Language", "fr");
+    _Start();
+    EXPECT_EQ(_GetYes(), "Oui");
+    SetLanguage("");
+    EXPECT_EQ(_GetYes(), "Yes");
+    _Start();
+    EXPECT_EQ(_GetYes(), "Yes");
+}
+
+TEST_F(TranslationsTest, SwitchIsOneChangeWithQtsOwnTexts)
+{
+    const auto getCancel = [] { return QCoreApplication::translate("QPlatformTheme", "Cancel"); };
+    QWidget window;
+    QCoreApplication::processEvents();
+    int changes = 0;
+    int windowChanges = 0;
+    const ScopeBase count =
+        StringUtility::OnLanguageChangedScope(QCoreApplication::instance(), [&] { ++changes; });
+    StringUtility::OnLanguageChanged(
+        &window, [&] { ++windowChanges; }, false);
+    changes = 0;
+    SetLanguage("fr");
+    EXPECT_EQ(getCancel(), "Annuler");
+    SetLanguage("fr"); // nothing new
+    QCoreApplication::processEvents();
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(windowChanges, 1);
+    SetLanguage("en");
+    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(getCancel(), "Cancel");
+}
+
+TEST_F(TranslationsTest, LanguagesAreThoseOfTheDeclaredFiles)
+{
+    _DeclareModule({"Module_de.qm", "Module_pt_BR.qm", "Module_Extra_it.qm", "Other_es.qm", "Module_pl.txt"});
+    EXPECT_EQ(GetLanguages(), QStringList({"de", "en", "fr", "pt_BR"}));
+    const std::pair<const char*, const char*> names[] = {
+        {"en", "English"}, {"fr", "Français"}, {"pt_BR", "Português"}, {"tlh", "tlh"}};
+    for (const auto& [language, name] : names)
+        EXPECT_EQ(GetLanguageName(language), name);
+}
+
+TEST_F(TranslationsTest, LaterPluginsBringTheirs)
+{
+    SetLanguage("de");
+    EXPECT_EQ(_GetYes(), "Yes");
+    _DeclareModule({"Module_de.qm"});
+    m_frame->LoadPlugin(VEK_FOREIGN_PLUGIN);
+    EXPECT_EQ(_GetYes(), "Oui");
+}
+} // namespace vek::App
