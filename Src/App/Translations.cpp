@@ -21,15 +21,6 @@ namespace
 {
 using namespace Qt::StringLiterals;
 
-[[maybe_unused]] const int g_ownTranslations = [] {
-    DeclarationSystem::GetInstance().Append<ITranslationDeclarationCtx>(
-        [](ITranslationDeclarationCtx& context) {
-            context.AddTranslation(QStringLiteral(":/VekAppCore/Translations"), QStringLiteral("VekAppCore"));
-        },
-        "VekAppCore");
-    return 1;
-}();
-
 const QString& SettingsKey()
 {
     static const QString key = u"Language"_s;

@@ -1,6 +1,7 @@
 #include "VekAppCore/App/Translations.h"
 #include "App/Language.h"
 #include "Support/TestSupport.h"
+#include "Translations/TranslatedLibrary.h"
 #include "VekAppCore/App/ApplicationFrame.h"
 #include "VekAppCore/App/DeclarationSystem.h"
 #include "VekAppCore/App/NoSettingsMode.h"
@@ -151,5 +152,11 @@ TEST_F(TranslationsTest, LaterPluginsBringTheirs)
     _DeclareModule({"Module_de.qm"});
     m_frame->LoadPlugin(VEK_FOREIGN_PLUGIN);
     EXPECT_EQ(_GetYes(), "Oui");
+}
+
+TEST_F(TranslationsTest, StaticLibrarysArrive)
+{
+    SetLanguage("fr");
+    EXPECT_EQ(GetGreeting().ToString(), "Bonjour");
 }
 } // namespace vek::App

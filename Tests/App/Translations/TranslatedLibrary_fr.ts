@@ -1,0 +1,11 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr_FR">
+<context>
+    <name>TranslatedLibrary</name>
+    <message>
+        <source>Good day</source>
+        <translation>Bonjour</translation>
+    </message>
+</context>
+</TS>
