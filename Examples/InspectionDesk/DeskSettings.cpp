@@ -76,18 +76,18 @@ void DeskSettingsStore::Write(const DeskSettings& settings)
 
 void DeskSettingsStore::_TellProblem(const App::VekQSettings& store, bool isWritten)
 {
-    QString problem;
+    TrString problem;
     if (store.Status() == QSettings::FormatError)
-        problem = u"The settings are damaged: %1"_s;
+        problem = TrString::translate("InspectionDesk", "The settings are damaged: %1");
     else if (store.Status() == QSettings::AccessError)
-        problem = u"The settings cannot be read or written: %1"_s;
+        problem = TrString::translate("InspectionDesk", "The settings cannot be read or written: %1");
     else if (isWritten && !store.IsWritable())
-        problem = u"Changes of the settings cannot be kept: %1"_s;
-    if (problem.isEmpty() || std::exchange(m_hasTold, true))
+        problem = TrString::translate("InspectionDesk", "Changes of the settings cannot be kept: %1");
+    if (problem.IsEmpty() || std::exchange(m_hasTold, true))
         return;
-    App::Notifier({TrString::NoTranslate(problem.arg(store.GetFileName())),
+    App::Notifier({problem.Arg(store.GetFileName()),
                    Log::Verbosity::Warning,
-                   TrString::NoTranslate(u"Settings"_s),
+                   TrString::translate("InspectionDesk", "Settings"),
                    {}});
 }
 } // namespace vek::Desk

@@ -8,6 +8,8 @@
 #include "VekAppCore/App/Log.h"
 #include "VekAppCore/App/SafeCallable.h"
 #include "VekAppCore/App/ServiceManager.h"
+#include "VekAppCore/App/Translations.h"
+#include "VekAppCore/Text/LanguageChange.h"
 #include "VekAppCore/Threading/TaskStatusBar.h"
 #include "VekAppCore/Xml/IXmlValidatorService.h"
 #include <QDialogButtonBox>
@@ -26,6 +28,7 @@
 namespace vek::Desk
 {
 using namespace Qt::StringLiterals;
+using StringUtility::ShowTranslated;
 
 namespace
 {
@@ -52,35 +55,59 @@ DeskWindow::DeskWindow(Threading::TaskExecutor& executor)
     resize(1280, 800);
     setCentralWidget(m_tabs);
     m_tabs->setDocumentMode(true);
-    m_tabs->setTabsClosable(true);
-    m_tabs->addTab(new DeviationView(m_settings), u"Start"_s);
+    const auto makeClosable = [this] { // again: Qt gives the buttons their tool tips when it makes them
+        m_tabs->setTabsClosable(false);
+        m_tabs->setTabsClosable(true);
+    };
+    StringUtility::OnLanguageChanged(m_tabs, makeClosable, true);
+    auto* const start = new DeviationView(m_settings);
+    m_tabs->addTab(start, QString());
+    const auto showStart = [this, start](const QString& text) {
+        if (!start->GetResult())
+            m_tabs->setTabText(m_tabs->indexOf(start), text);
+    };
+    StringUtility::OnLanguageChanged(start, TrString::translate("InspectionDesk", "Start"), showStart);
     connect(m_tabs, &QTabWidget::currentChanged, this, App::SafeCallable([this] { _ShowFigures(); }));
     connect(m_tabs, &QTabWidget::tabCloseRequested, this,
             App::SafeCallable([this](int index) { delete m_tabs->widget(index); }));
     m_figures->setAlignment(Qt::AlignTop);
     m_figures->setMargin(16);
     m_figures->setMinimumWidth(260);
-    auto* const figuresDock = new QDockWidget(u"Figures"_s);
-    figuresDock->setWidget(m_figures);
-    addDockWidget(Qt::RightDockWidgetArea, figuresDock);
-    auto* const logDock = new QDockWidget(u"Log"_s);
-    logDock->setWidget(m_log);
-    addDockWidget(Qt::BottomDockWidgetArea, logDock);
-    resizeDocks({logDock}, {160}, Qt::Vertical);
+    const auto addDock = [this](Qt::DockWidgetArea area, QWidget* content, const TrString& title) {
+        auto* const dock = ShowTranslated(new QDockWidget, &QWidget::setWindowTitle, title);
+        dock->setWidget(content);
+        addDockWidget(area, dock);
+        return dock;
+    };
+    addDock(Qt::RightDockWidgetArea, m_figures, TrString::translate("InspectionDesk", "Figures"));
+    resizeDocks({addDock(Qt::BottomDockWidgetArea, m_log, TrString::translate("InspectionDesk", "Log"))},
+                {160}, Qt::Vertical);
     m_log->Install();
     statusBar()->addPermanentWidget(new Threading::TaskStatusBar(executor));
+    const auto tellAgain = [this] {
+        if (!statusBar()->currentMessage().isEmpty())
+            statusBar()->showMessage(m_told.ToString());
+    };
+    StringUtility::OnLanguageChanged(statusBar(), tellAgain, false);
 
-    QMenu* const menu = menuBar()->addMenu(u"&File"_s);
-    menu->addAction(u"&Open..."_s, QKeySequence::Open, this, App::SafeCallable([this] { _AskForFiles(); }));
-    m_recentFiles = menu->addMenu(u"Open &recent"_s);
+    QMenu* const menu = ShowTranslated(menuBar()->addMenu(QString()), &QMenu::setTitle,
+                                       TrString::translate("InspectionDesk", "&File"));
+    const auto add = [this, menu](const TrString& text, const QKeySequence& keys, auto function) {
+        return ShowTranslated(menu->addAction(QString(), keys, this, App::SafeCallable(function)),
+                              &QAction::setText, text);
+    };
+    add(TrString::translate("InspectionDesk", "&Open..."), QKeySequence::Open, [this] { _AskForFiles(); });
+    m_recentFiles = ShowTranslated(menu->addMenu(QString()), &QMenu::setTitle,
+                                   TrString::translate("InspectionDesk", "Open &recent"));
     connect(m_recentFiles, &QMenu::aboutToShow, this, App::SafeCallable([this] { _ListRecentFiles(); }));
-    m_save = menu->addAction(u"Save &as..."_s, QKeySequence::SaveAs, this,
-                             App::SafeCallable([this] { _AskForTarget(); }));
-    menu->addAction(u"Se&ttings..."_s, QKeySequence::Preferences, this,
-                    App::SafeCallable([this] { _AskForSettings(); }));
-    menu->addAction(u"&Usage statistics..."_s, this, App::SafeCallable([this] { _AskForConsent(); }));
-    menu->addAction(u"&Quit"_s, QKeySequence::Quit, this, &QWidget::close);
-    _ShowFigures();
+    m_save = add(TrString::translate("InspectionDesk", "Save &as..."), QKeySequence::SaveAs,
+                 [this] { _AskForTarget(); });
+    add(TrString::translate("InspectionDesk", "Se&ttings..."), QKeySequence::Preferences,
+        [this] { _AskForSettings(); });
+    add(TrString::translate("InspectionDesk", "&Usage statistics..."), {}, [this] { _AskForConsent(); });
+    add(TrString::translate("InspectionDesk", "&Quit"), QKeySequence::Quit, [this] { close(); });
+    StringUtility::OnLanguageChanged(
+        m_figures, [this] { _ShowFigures(); }, true);
 }
 
 DeskWindow::~DeskWindow()
@@ -99,7 +126,7 @@ void DeskWindow::UseSettings()
     m_page = OpenPage(u"/"_s);
     LookForUpdate(m_settings.updateAddress, [window = QPointer<DeskWindow>(this)](const QString& version) {
         if (window)
-            window->_Tell(u"Version %1 is available"_s.arg(version));
+            window->_Tell(TrString::translate("InspectionDesk", "Version %1 is available").Arg(version));
     });
 }
 
@@ -121,6 +148,7 @@ void DeskWindow::_AskForSettings()
                 DeskSettings settings = m_settings;
                 dialog->ApplyTo(settings);
                 _ChangeSettings(settings);
+                App::SetLanguage(dialog->GetLanguage());
             }));
     OpenPageFor(dialog, u"Settings"_s);
     dialog->open();
@@ -130,7 +158,8 @@ void DeskWindow::_AskForConsent()
 {
     auto* const dialog = new QDialog(this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowTitle(u"Usage statistics"_s);
+    ShowTranslated(dialog, &QWidget::setWindowTitle,
+                   TrString::translate("InspectionDesk", "Usage statistics"));
     dialog->resize(640, 480);
     auto* const panel = new Analytics::ConsentPanel;
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
@@ -159,7 +188,9 @@ void DeskWindow::_ListRecentFiles()
                         App::SafeCallable([this, file] { Inspect(file); }))
             ->setEnabled(QFileInfo(file).isFile());
     if (m_recentFiles->isEmpty())
-        m_recentFiles->addAction(u"None yet"_s)->setEnabled(false);
+        ShowTranslated(m_recentFiles->addAction(QString()), &QAction::setText,
+                       TrString::translate("InspectionDesk", "None yet"))
+            ->setEnabled(false);
 }
 
 void DeskWindow::_AddRecentFile(const QString& file)
@@ -174,9 +205,12 @@ void DeskWindow::_AskForFiles()
     const QStringList extensions = App::Services().Require<IPointCloudReader>().GetExtensions()
                                    << documentExtension << reportExtension;
     const ScopeBase page = OpenPage(u"Open"_s);
-    for (const QString& file :
-         QFileDialog::getOpenFileNames(this, u"Open point clouds, documents and reports"_s, {},
-                                       u"Files to open (*.%1)"_s.arg(extensions.join(u" *."_s))))
+    for (const QString& file : QFileDialog::getOpenFileNames(
+             this,
+             TrString::translate("InspectionDesk", "Open point clouds, documents and reports").ToString(), {},
+             TrString::translate("InspectionDesk", "Files to open (*.%1)")
+                 .Arg(extensions.join(u" *."_s))
+                 .ToString()))
         Inspect(file);
 }
 
@@ -184,10 +218,14 @@ void DeskWindow::_AskForTarget()
 {
     // Taken before the dialog: meanwhile, a task may end and show its tab.
     const InspectionDocument document = *_GetView()->GetResult();
-    QStringList filters{u"Reports (*.%1)"_s.arg(reportExtension)};
+    QStringList filters{
+        TrString::translate("InspectionDesk", "Reports (*.%1)").Arg(QString(reportExtension)).ToString()};
     if (document.inspection)
-        filters.prepend(u"Documents (*.%1)"_s.arg(documentExtension));
-    QFileDialog dialog(this, u"Save the result"_s, {}, filters.join(u";;"_s));
+        filters.prepend(TrString::translate("InspectionDesk", "Documents (*.%1)")
+                            .Arg(QString(documentExtension))
+                            .ToString());
+    QFileDialog dialog(this, TrString::translate("InspectionDesk", "Save the result").ToString(), {},
+                       filters.join(u";;"_s));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     const auto takeSuffix = [&dialog](const QString& filter) {
         dialog.setDefaultSuffix(filter.section(u'.', 1).chopped(1));
@@ -201,12 +239,13 @@ void DeskWindow::_AskForTarget()
 }
 
 template <typename Work, typename Then>
-void DeskWindow::_Launch(const QString& title, Work work, Then then, FailureCallback onFailure, bool isSaving)
+void DeskWindow::_Launch(const TrString& title, Work work, Then then, FailureCallback onFailure,
+                         bool isSaving)
 {
     const auto job = m_jobs.emplace(m_jobs.end());
     job->isSaving = isSaving;
     const Threading::TaskListener task =
-        job->task.Launch(m_executor, TrString::NoTranslate(title), std::move(work), std::move(then));
+        job->task.Launch(m_executor, title, std::move(work), std::move(then));
     job->failed = task.OnTaskException(
         onFailure ? std::move(onFailure) : [this](const auto& exception) { _ShowFailure(exception); });
     job->finished = task.OnTaskFinished([this, job] { m_jobs.erase(job); });
@@ -234,7 +273,7 @@ void DeskWindow::Inspect(const QString& file, FailureCallback onFailure)
         for (Eigen::Vector3d& point : points)
             for (double& coordinate : point)
                 coordinate = Unit::GetValueIn(coordinate, unit, Unit::LengthUnit::Millimeter);
-        progression.SetTitle(TrString::NoTranslate(u"Fitting %1"_s.arg(name)));
+        progression.SetTitle(TrString::translate("InspectionDesk", "Fitting %1").Arg(name));
         Inspection inspection = fitter.Fit(points, progression);
         times->fitting = std::chrono::steady_clock::now() - read;
         return MakeDocument(name, std::move(inspection));
@@ -250,7 +289,8 @@ void DeskWindow::Inspect(const QString& file, FailureCallback onFailure)
         }
         _Show(file, result, static_cast<double>(timer.elapsed()) / 1000.0);
     };
-    _Launch(u"Reading %1"_s.arg(QFileInfo(file).fileName()), work, show, std::move(onFailure), false);
+    _Launch(TrString::translate("InspectionDesk", "Reading %1").Arg(QFileInfo(file).fileName()), work, show,
+            std::move(onFailure), false);
 }
 
 void DeskWindow::Save(const QString& file, const InspectionDocument& document)
@@ -259,16 +299,20 @@ void DeskWindow::Save(const QString& file, const InspectionDocument& document)
         if (IsReport(file))
             WriteReport(file, document.report);
         else if (!document.inspection)
-            FailReading(u"%1: a report has no points to save; save it as .%2"_s.arg(file, reportExtension));
+            FailReading(
+                TrString::translate("InspectionDesk", "%1: a report has no points to save; save it as .%2")
+                    .Arg(file)
+                    .Arg(QString(reportExtension)));
         else
             WriteDocument(file, document, progression);
     };
     const auto tell = [this, file] {
         ReportEvent(u"File"_s, IsReport(file) ? u"Report saved"_s : u"Document saved"_s);
         _AddRecentFile(file);
-        _Tell(u"%1: saved"_s.arg(QFileInfo(file).fileName()));
+        _Tell(TrString::translate("InspectionDesk", "%1: saved").Arg(QFileInfo(file).fileName()));
     };
-    _Launch(u"Saving %1"_s.arg(QFileInfo(file).fileName()), work, tell, {}, true);
+    _Launch(TrString::translate("InspectionDesk", "Saving %1").Arg(QFileInfo(file).fileName()), work, tell,
+            {}, true);
 }
 
 void DeskWindow::_Show(const QString& file, const InspectionDocument& result, double seconds)
@@ -287,25 +331,27 @@ void DeskWindow::_Show(const QString& file, const InspectionDocument& result, do
     view->Show(result);
     _ShowFigures();
     if (!result.inspection)
-        _Tell(u"%1: opened"_s.arg(QFileInfo(file).fileName()));
+        _Tell(TrString::translate("InspectionDesk", "%1: opened").Arg(QFileInfo(file).fileName()));
     else
-        _Tell(u"%1: %L2 points read, fitted and drawn in %3 s"_s.arg(QFileInfo(file).fileName())
-                  .arg(result.report.points)
-                  .arg(seconds + static_cast<double>(timer.elapsed()) / 1000.0, 0, 'f', 3));
+        _Tell(TrString::translate("InspectionDesk", "%1: %2 points read, fitted and drawn in %3 s")
+                  .Arg(QFileInfo(file).fileName())
+                  .Arg(QLocale().toString(result.report.points))
+                  .Arg(QLocale().toString(seconds + static_cast<double>(timer.elapsed()) / 1000.0, 'f', 3)));
     _AddRecentFile(file);
 }
 
-void DeskWindow::_Tell(const QString& message)
+void DeskWindow::_Tell(const TrString& message)
 {
-    statusBar()->showMessage(message);
-    App::Log(Log::Verbosity::Info, message);
+    m_told = message;
+    statusBar()->showMessage(message.ToString());
+    App::Log(Log::Verbosity::Info, message.GetKey());
 }
 
 void DeskWindow::_ShowFailure(const Exception::AppException& exception)
 {
-    const QString text = exception.GetMessage().ToString();
-    App::Log(Log::Verbosity::Error, text);
-    auto* const box = new QMessageBox(QMessageBox::Critical, windowTitle(), text, QMessageBox::Ok, this);
+    App::Log(Log::Verbosity::Error, exception.GetMessage().GetKey());
+    auto* const box = new QMessageBox(QMessageBox::Critical, windowTitle(), {}, QMessageBox::Ok, this);
+    ShowTranslated(box, &QMessageBox::setText, exception.GetMessage());
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open(); // does not block: other files go on
 }
@@ -317,10 +363,10 @@ void DeskWindow::_ShowFigures()
     const DeviationView* const view = _GetView();
     m_save->setEnabled(view && view->GetResult());
     if (!m_save->isEnabled())
-        return m_figures->setText(u"Nothing inspected yet"_s);
+        return m_figures->setText(TrString::translate("InspectionDesk", "Nothing inspected yet").ToString());
     QString text;
     for (const auto& [name, value] : view->GetResult()->report.GetFigures(m_settings.unit))
-        text += u"<p>%1<br><b style='font-size: 22px'>%2</b></p>"_s.arg(name, value);
+        text += u"<p>%1<br><b style='font-size: 22px'>%2</b></p>"_s.arg(name.ToString(), value);
     m_figures->setText(text);
 }
 
@@ -336,7 +382,7 @@ void DeskWindow::closeEvent(QCloseEvent* event)
 {
     if (std::ranges::any_of(m_jobs, &Job::isSaving))
     {
-        statusBar()->showMessage(u"A document is still being saved"_s);
+        _Tell(TrString::translate("InspectionDesk", "A document is still being saved"));
         return event->ignore();
     }
     m_settings.geometry = saveGeometry();

@@ -60,7 +60,7 @@ private:
 
     /// @param onFailure  a message box unless given.
     template <typename Work, typename Then>
-    void _Launch(const QString& title, Work work, Then then, FailureCallback onFailure, bool isSaving);
+    void _Launch(const TrString& title, Work work, Then then, FailureCallback onFailure, bool isSaving);
 
     [[nodiscard]] DeviationView* _GetView() const;
     void _AskForFiles();
@@ -71,7 +71,7 @@ private:
     void _AddRecentFile(const QString& file);
     void _ChangeSettings(const DeskSettings& settings);
     void _Show(const QString& file, const InspectionDocument& result, double seconds);
-    void _Tell(const QString& message);
+    void _Tell(const TrString& message);
     void _ShowFailure(const Exception::AppException& exception);
     void _ShowFigures();
 
@@ -84,6 +84,7 @@ private:
     App::LogPanel* const m_log;
     QAction* m_save = nullptr;
     QMenu* m_recentFiles = nullptr;
+    TrString m_told; ///< In the status bar.
     std::list<Job> m_jobs;
     Connection m_switched; ///< Of the consent panel.
     ScopeBase m_page;      ///< Of the window, for the usage statistics.

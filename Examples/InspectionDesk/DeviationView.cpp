@@ -101,11 +101,16 @@ void DeviationView::paintEvent(QPaintEvent*)
     painter.setPen(QColor(0xc3, 0xcc, 0xd6));
     if (!m_result)
     {
-        painter.drawText(rect(), Qt::AlignCenter, u"Drop a point cloud here, or choose File > Open"_s);
+        painter.drawText(
+            rect(), Qt::AlignCenter,
+            TrString::translate("InspectionDesk", "Drop a point cloud here, or choose File > Open")
+                .ToString());
         return;
     }
     if (!m_result->inspection)
-        painter.drawText(rect(), Qt::AlignCenter, u"A report: figures without points"_s);
+        painter.drawText(
+            rect(), Qt::AlignCenter,
+            TrString::translate("InspectionDesk", "A report: figures without points").ToString());
     else if (m_image.size() != size())
         _DrawPoints();
     painter.drawImage(0, 0, m_image);
@@ -113,7 +118,9 @@ void DeviationView::paintEvent(QPaintEvent*)
     constexpr int steps = 8;
     const QRectF bar(width() - 100.0, margins.top(), 20.0, height() - margins.top() - margins.bottom());
     const Unit::LengthUnit unit = ChooseUnit(_GetLimit(), m_settings.unit);
-    painter.drawText(QPointF(bar.left(), bar.top() - 20.0), u"Deviation [%1]"_s.arg(Convert::ToString(unit)));
+    painter.drawText(
+        QPointF(bar.left(), bar.top() - 20.0),
+        TrString::translate("InspectionDesk", "Deviation [%1]").Arg(Convert::ToString(unit)).ToString());
     painter.drawImage(bar, MakePalette(m_result->report));
     const double limit = Unit::GetValueIn(_GetLimit(), Unit::LengthUnit::Millimeter, unit);
     Convert::NumberOptions options = GetLengthOptions(unit);

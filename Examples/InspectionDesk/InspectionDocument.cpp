@@ -31,7 +31,7 @@ App::VekQVariant ToTree(const InspectionDocument& document)
     const Inspection& inspection = *document.inspection;
     const qint64 size = inspection.flat.size() * qint64{sizeof(double)};
     if (size > mostPointBytes)
-        FailReading(u"a document cannot hold as many points"_s);
+        FailReading(TrString::translate("InspectionDesk", "a document cannot hold as many points"));
     App::VekQVariantMap map;
     map.SetType(DocumentType());
     map.SetValue(u"Title"_s, document.title);
@@ -56,22 +56,24 @@ App::VekQVariant ReadTree(QIODevice& file)
     {
         // Where the stream has run out, the version is merely missing.
         if (stream.status() == QDataStream::Ok)
-            FailReading(u"this is no document, or one of a newer version"_s);
+            FailReading(
+                TrString::translate("InspectionDesk", "this is no document, or one of a newer version"));
     }
     if (stream.status() != QDataStream::Ok || !stream.atEnd())
-        FailReading(u"the document is cut off or damaged"_s);
+        FailReading(TrString::translate("InspectionDesk", "the document is cut off or damaged"));
     return tree;
 }
 
 InspectionDocument FromTree(const App::VekQVariant& tree)
 {
     if (!tree.Is<App::VekQVariantMap>() || tree.AsConst<App::VekQVariantMap>().GetType() != DocumentType())
-        FailReading(u"this is no document of an inspection"_s);
+        FailReading(TrString::translate("InspectionDesk", "this is no document of an inspection"));
     const auto& map = tree.AsConst<App::VekQVariantMap>();
     const auto get = [&map]<typename T>(const QString& key, T) {
         auto value = map.GetValue<T>(key);
         if (!value)
-            FailReading(u"the document has no valid value \"%1\""_s.arg(key));
+            FailReading(
+                TrString::translate("InspectionDesk", "the document has no valid value \"%1\"").Arg(key));
         return std::move(*value);
     };
     const auto title = get(u"Title"_s, QString());
@@ -81,10 +83,10 @@ InspectionDocument FromTree(const App::VekQVariant& tree)
     const auto bytes = get(u"Points"_s, QByteArray());
     constexpr qsizetype pointSize = 3 * sizeof(double);
     if (centre.size() != 3 || normal.size() != 3 || bytes.isEmpty() || bytes.size() % pointSize != 0)
-        FailReading(u"the document has values of a wrong size"_s);
+        FailReading(TrString::translate("InspectionDesk", "the document has values of a wrong size"));
 
     if (!Unit::IsReal(unit))
-        FailReading(u"the document has no valid value \"Unit\""_s);
+        FailReading(TrString::translate("InspectionDesk", "the document has no valid value \"Unit\""));
     const double millimetres = Unit::GetValueIn(1.0, unit, Unit::LengthUnit::Millimeter);
     Inspection inspection{};
     inspection.centre = Eigen::Vector3d(centre.data()) * millimetres;
@@ -97,7 +99,8 @@ InspectionDocument FromTree(const App::VekQVariant& tree)
     // None of these points is drawn where one has no place: NaN, or so far that squares overflow, or a line.
     if (!inspection.centre.allFinite() || std::abs(inspection.normal.norm() - 1.0) > 1e-6 ||
         !std::isfinite(inspection.flat.squaredNorm()) || !std::isnormal(extent.x() * extent.y()))
-        FailReading(u"the document has points that do not span a plane"_s);
+        FailReading(
+            TrString::translate("InspectionDesk", "the document has points that do not span a plane"));
     return MakeDocument(title, std::move(inspection));
 }
 } // namespace
@@ -120,13 +123,13 @@ void WriteDocument(const QString& path, const InspectionDocument& document,
     NameInFailures(path, [&] {
         QSaveFile file(path);
         if (!file.open(QIODevice::WriteOnly))
-            FailReading(file.errorString());
+            FailReading(TrString::NoTranslate(file.errorString()));
         QDataStream stream(&file);
         stream.setVersion(streamVersion);
         stream << ToTree(document);
         progression.SetProgression(90); // may end the work; the file of before stays
         if (stream.status() != QDataStream::Ok || !file.commit())
-            FailReading(file.errorString());
+            FailReading(TrString::NoTranslate(file.errorString()));
     });
 }
 
@@ -135,9 +138,9 @@ InspectionDocument ReadDocument(const QString& path, Threading::IProgression& pr
     return NameInFailures(path, [&] {
         QFile file(path);
         if (!QFileInfo(path).isFile())
-            FailReading(u"there is no such file"_s);
+            FailReading(TrString::translate("InspectionDesk", "there is no such file"));
         if (!file.open(QIODevice::ReadOnly))
-            FailReading(file.errorString());
+            FailReading(TrString::NoTranslate(file.errorString()));
         const App::VekQVariant tree = ReadTree(file);
         progression.SetProgression(percentOfReading);
         return FromTree(tree);

@@ -113,7 +113,7 @@ InspectionReport Read(const XmlDeserializer& element)
 }
 } // namespace
 
-std::vector<std::pair<QString, QString>> InspectionReport::GetFigures(const ShownUnit& unit) const
+std::vector<std::pair<TrString, QString>> InspectionReport::GetFigures(const ShownUnit& unit) const
 {
     Convert::NumberOptions options;
     options.locale = StringUtility::GetQSystemLocale();
@@ -121,11 +121,11 @@ std::vector<std::pair<QString, QString>> InspectionReport::GetFigures(const Show
     const auto toText = [&unit](const Unit::Length& length) {
         return ToText(length.GetValueIn(Unit::LengthUnit::Millimeter), unit);
     };
-    return {{u"Points"_s, Convert::ToString(points, options)},
-            {u"Flatness"_s, toText(flatness)},
-            {u"Standard deviation"_s, toText(standardDeviation)},
-            {u"Highest deviation"_s, toText(highest.deviation)},
-            {u"Lowest deviation"_s, toText(lowest.deviation)}};
+    return {{TrString::translate("InspectionDesk", "Points"), Convert::ToString(points, options)},
+            {TrString::translate("InspectionDesk", "Flatness"), toText(flatness)},
+            {TrString::translate("InspectionDesk", "Standard deviation"), toText(standardDeviation)},
+            {TrString::translate("InspectionDesk", "Highest deviation"), toText(highest.deviation)},
+            {TrString::translate("InspectionDesk", "Lowest deviation"), toText(lowest.deviation)}};
 }
 
 bool IsReport(const QString& path)
@@ -140,7 +140,7 @@ void WriteReport(const QString& path, const InspectionReport& report)
         XmlSerializer element = document.Serializer(root);
         Write(element, report);
         if (!document.SaveFileReplacing(path, true))
-            FailReading(u"it cannot be written"_s);
+            FailReading(TrString::translate("InspectionDesk", "it cannot be written"));
     });
 }
 
@@ -148,7 +148,7 @@ InspectionReport ReadReport(const QString& path, const IXmlValidatorService& val
 {
     return NameInFailures(path, [&] {
         if (!QFileInfo(path).isFile())
-            FailReading(u"there is no such file"_s);
+            FailReading(TrString::translate("InspectionDesk", "there is no such file"));
         XmlDocument document;
         try
         {
@@ -157,15 +157,16 @@ InspectionReport ReadReport(const QString& path, const IXmlValidatorService& val
         catch (const XmlException& exception)
         {
             const int line = exception.GetPlace().line;
-            FailReading(line > 0 ? u"line %1: the XML is damaged"_s.arg(line)
-                                 : u"it cannot be read or is no XML text"_s);
+            FailReading(line > 0
+                            ? TrString::translate("InspectionDesk", "line %1: the XML is damaged").Arg(line)
+                            : TrString::translate("InspectionDesk", "it cannot be read or is no XML text"));
         }
         const std::vector<XmlFinding> findings = validator.Validate(document, root);
         const int found = document.Deserialize(root).GetVersion();
         if (found > version)
-            FailReading(u"this is a report of a newer version"_s);
+            FailReading(TrString::translate("InspectionDesk", "this is a report of a newer version"));
         if (!findings.empty())
-            FailReading(findings.front().message);
+            FailReading(TrString::NoTranslate(findings.front().message));
         return Read(document.Deserialize(root));
     });
 }

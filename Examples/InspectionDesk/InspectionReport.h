@@ -1,5 +1,6 @@
 #pragma once
 #include "InspectionDesk/LengthText.h"
+#include "VekAppCore/Text/TrString.h"
 #include "VekAppCore/Text/Triplet.h"
 #include <QColor>
 #include <utility>
@@ -34,7 +35,7 @@ struct InspectionReport
     QColor below;
 
     /// Names and values for people.
-    [[nodiscard]] std::vector<std::pair<QString, QString>> GetFigures(const ShownUnit& unit = {}) const;
+    [[nodiscard]] std::vector<std::pair<TrString, QString>> GetFigures(const ShownUnit& unit = {}) const;
 };
 
 /// Without dot.

@@ -74,12 +74,12 @@ int RunUnattended(App::ApplicationFrame& frame, DeskWindow& window, const QComma
     {
         report += u"File                %1\n"_s.arg(QFileInfo(file).fileName());
         for (const auto& [name, value] : window.FindResult(file)->report.GetFigures())
-            report += name.leftJustified(20) + value + u'\n';
+            report += name.GetKey().leftJustified(20) + value + u'\n';
     }
     std::fputs(report.toUtf8().constData(), stdout);
     const QString reportFile = arguments.value(u"report"_s);
     if (IsReport(reportFile) && files.size() != 1)
-        throw Exception::AppException(TrString::translate("InspectionDesk", "An XML report is of one file"));
+        throw Exception::AppException(TrString::NoTranslate(u"An XML report is of one file"_s));
     if (IsReport(reportFile))
         WriteReport(reportFile, window.FindResult(files.front())->report);
     else if (!reportFile.isEmpty())
@@ -106,14 +106,12 @@ int Run(App::ApplicationFrame& frame, const QCommandLineParser& arguments)
     const bool isUnattended = QGuiApplication::platformName() == u"offscreen" ||
                               arguments.isSet(u"report"_s) || arguments.isSet(u"screenshot"_s);
     if (files.isEmpty() && isUnattended)
-        throw Exception::AppException(
-            TrString::translate("InspectionDesk", "Expected a file to inspect; see --help"));
+        throw Exception::AppException(TrString::NoTranslate(u"Expected a file to inspect; see --help"_s));
 
     auto unit = Unit::LengthUnit::Millimeter;
     const QString unitText = arguments.value(u"unit"_s);
     if (!unitText.isEmpty() && (!Convert::FromString(unitText, unit) || !Unit::IsReal(unit)))
-        throw Exception::AppException(
-            TrString::translate("InspectionDesk", "%1 is no unit of length").Arg(unitText));
+        throw Exception::AppException(TrString::NoTranslate(u"%1 is no unit of length"_s.arg(unitText)));
 
     DeskWindow window(frame.GetTaskExecutor());
     window.SetFileUnit(unit);

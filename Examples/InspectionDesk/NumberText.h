@@ -8,9 +8,11 @@
 /// header, so that plug-ins can use it too.
 namespace vek::Desk
 {
-[[noreturn]] inline void FailReading(const QString& reason)
+[[noreturn]] inline void FailReading(const TrString& reason) { throw Exception::AppException(reason); }
+
+[[noreturn]] inline void FailReading(const QString& path, const TrString& reason)
 {
-    throw Exception::AppException(TrString::NoTranslate(reason));
+    FailReading(TrString::translate("InspectionDesk", "%1: %2").Arg(path).Arg(reason));
 }
 
 /// Runs @p work, whose failures then name the file.
@@ -23,11 +25,11 @@ auto NameInFailures(const QString& path, Work work)
     }
     catch (const Exception::AppException& exception)
     {
-        FailReading(QStringLiteral("%1: %2").arg(path, exception.GetMessage().ToString()));
+        FailReading(path, exception.GetMessage());
     }
     catch (const std::bad_alloc&)
     {
-        FailReading(QStringLiteral("%1: there is not enough memory for it").arg(path));
+        FailReading(path, TrString::translate("InspectionDesk", "there is not enough memory for it"));
     }
 }
 

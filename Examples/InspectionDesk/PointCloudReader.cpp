@@ -33,7 +33,7 @@ PointCloud ReadText(std::string_view content, Threading::IProgression& progressi
         Eigen::Vector3d& point = points.emplace_back();
         if (!TakeNumber(text, point.x()) || !TakeNumber(text, point.y()) || !TakeNumber(text, point.z()) ||
             !text.empty() || !point.allFinite())
-            FailReading(u"line %1: expected three numbers"_s.arg(line));
+            FailReading(TrString::translate("InspectionDesk", "line %1: expected three numbers").Arg(line));
         if (points.size() % pointsPerStep == 0)
             bytes.Advance(content.size() - rest.size() - std::exchange(told, content.size() - rest.size()));
     }
@@ -57,17 +57,17 @@ public:
         return NameInFailures(path, [&] {
             const QFileInfo info(path);
             if (!info.isFile()) // a folder, or a device that never ends, is none
-                FailReading(u"there is no such file"_s);
+                FailReading(TrString::translate("InspectionDesk", "there is no such file"));
             const ReadFormat read = m_formats.value(info.suffix().toLower());
             if (!read)
-                FailReading(u"files of this kind cannot be read"_s);
+                FailReading(TrString::translate("InspectionDesk", "files of this kind cannot be read"));
             QFile file(path);
             const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
             if (file.error() != QFile::NoError)
-                FailReading(file.errorString());
+                FailReading(TrString::NoTranslate(file.errorString()));
             PointCloud points = read({content.cbegin(), content.cend()}, progression);
             if (points.empty())
-                FailReading(u"there are no points in it"_s);
+                FailReading(TrString::translate("InspectionDesk", "there are no points in it"));
             return points;
         });
     }

@@ -1,26 +1,47 @@
 #include "SettingsDialog.h"
 #include "VekAppCore/App/SafeCallable.h"
+#include "VekAppCore/App/Translations.h"
+#include "VekAppCore/Text/LanguageChange.h"
 #include <QColorDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QLabel>
 
 namespace vek::Desk
 {
-using namespace Qt::StringLiterals;
+using StringUtility::ShowTranslated;
+
+namespace
+{
+/// Whose text follows the language.
+void AddItem(QComboBox* box, const TrString& text, const QVariant& data)
+{
+    const int index = box->count();
+    box->addItem(QString(), data);
+    StringUtility::OnLanguageChanged(box, text,
+                                     [box, index](const QString& now) { box->setItemText(index, now); });
+}
+} // namespace
 
 SettingsDialog::SettingsDialog(const DeskSettings& settings, QWidget* parent)
     : QDialog(parent),
       m_above(settings.above),
       m_below(settings.below),
+      m_language(new QComboBox),
       m_unit(new QComboBox),
       m_tolerance(new LengthLineEdit),
       m_aboveButton(new QPushButton),
       m_belowButton(new QPushButton),
-      m_restoresWindow(new QCheckBox(u"Open where it was closed"_s)),
-      m_forgetsFiles(new QCheckBox(u"Forget the list (%1)"_s.arg(settings.recentFiles.size())))
+      m_restoresWindow(new QCheckBox),
+      m_forgetsFiles(new QCheckBox)
 {
-    setWindowTitle(u"Settings"_s);
-    m_unit->addItem(u"The one that suits"_s, QVariant::fromValue(ShownUnit()));
+    ShowTranslated(this, &QWidget::setWindowTitle, TrString::translate("InspectionDesk", "Settings"));
+    AddItem(m_language, TrString::translate("InspectionDesk", "The system's"), QString());
+    for (const QString& language : App::GetLanguages())
+        m_language->addItem(App::GetLanguageName(language), language);
+    m_language->setCurrentIndex(std::max(0, m_language->findData(App::GetLanguage())));
+    AddItem(m_unit, TrString::translate("InspectionDesk", "The one that suits"),
+            QVariant::fromValue(ShownUnit()));
     for (const Unit::LengthUnit unit : Unit::GetUnits<Unit::LengthUnit>())
         m_unit->addItem(Convert::ToString(unit), QVariant::fromValue(ShownUnit(unit)));
     if (settings.unit)
@@ -28,7 +49,14 @@ SettingsDialog::SettingsDialog(const DeskSettings& settings, QWidget* parent)
     m_tolerance->SetUnit(settings.tolerance.GetUnit());
     m_tolerance->SetRange(Unit::Length(0.0, Unit::LengthUnit::Millimeter), DeskSettings::largestTolerance);
     m_tolerance->SetValue(settings.tolerance);
-    m_tolerance->setToolTip(u"A length with its unit; 0 for the largest deviation"_s);
+    ShowTranslated(
+        m_tolerance, &QWidget::setToolTip,
+        TrString::translate("InspectionDesk", "A length with its unit; 0 for the largest deviation"));
+    ShowTranslated(m_restoresWindow, &QCheckBox::setText,
+                   TrString::translate("InspectionDesk", "Open where it was closed"));
+    ShowTranslated(
+        m_forgetsFiles, &QCheckBox::setText,
+        TrString::translate("InspectionDesk", "Forget the list (%1)").Arg(settings.recentFiles.size()));
     m_restoresWindow->setChecked(settings.restoresWindow);
     m_forgetsFiles->setEnabled(!settings.recentFiles.isEmpty());
     connect(m_aboveButton, &QPushButton::clicked, this,
@@ -44,12 +72,18 @@ SettingsDialog::SettingsDialog(const DeskSettings& settings, QWidget* parent)
                 buttons->button(QDialogButtonBox::Ok)->setEnabled(!m_tolerance->IsImpossible());
             }));
     auto* const form = new QFormLayout(this);
-    form->addRow(u"&Unit of figures"_s, m_unit);
-    form->addRow(u"Colours &end at"_s, m_tolerance);
-    form->addRow(u"Colour &above the plane"_s, m_aboveButton);
-    form->addRow(u"Colour &below the plane"_s, m_belowButton);
-    form->addRow(u"Window"_s, m_restoresWindow);
-    form->addRow(u"Recent files"_s, m_forgetsFiles);
+    const auto add = [form](const TrString& text, QWidget* field) {
+        auto* const label = ShowTranslated(new QLabel, &QLabel::setText, text);
+        label->setBuddy(field);
+        form->addRow(label, field);
+    };
+    add(TrString::translate("InspectionDesk", "&Language"), m_language);
+    add(TrString::translate("InspectionDesk", "&Unit of figures"), m_unit);
+    add(TrString::translate("InspectionDesk", "Colours &end at"), m_tolerance);
+    add(TrString::translate("InspectionDesk", "Colour &above the plane"), m_aboveButton);
+    add(TrString::translate("InspectionDesk", "Colour &below the plane"), m_belowButton);
+    add(TrString::translate("InspectionDesk", "Window"), m_restoresWindow);
+    add(TrString::translate("InspectionDesk", "Recent files"), m_forgetsFiles);
     form->addRow(buttons);
 }
 

@@ -16,6 +16,8 @@ public:
 
     /// Puts what was chosen into the settings; others, which may have changed meanwhile, stay.
     void ApplyTo(DeskSettings& settings) const;
+    /// For App::SetLanguage.
+    [[nodiscard]] QString GetLanguage() const { return m_language->currentData().toString(); }
 
 private:
     void _ShowColours();
@@ -23,6 +25,7 @@ private:
 
     QColor m_above;
     QColor m_below;
+    QComboBox* const m_language;
     QComboBox* const m_unit;
     LengthLineEdit* const m_tolerance;
     QPushButton* const m_aboveButton;

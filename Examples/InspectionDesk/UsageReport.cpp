@@ -2,9 +2,9 @@
 #include "VekAppCore/Analytics/AnalyticsService.h"
 #include "VekAppCore/App/Application.h"
 #include "VekAppCore/App/ServiceManager.h"
+#include "VekAppCore/App/Translations.h"
 #include "VekAppCore/Network/HttpService.h"
 #include <QCoreApplication>
-#include <QLocale>
 #include <QUrlQuery>
 #include <QVersionNumber>
 
@@ -35,7 +35,7 @@ void StartUsageReport(bool isAgreed, const QString& clientId)
     if (!service || configuration.analyticsAddress.isEmpty())
         return;
     service->InitializeService(configuration.analyticsStream, configuration.analyticsTrackingId,
-                               QLocale().bcp47Name(), {}, {}, clientId);
+                               App::GetShownLanguage(), {}, {}, clientId);
     service->SetServiceUsed(isAgreed);
 }
 

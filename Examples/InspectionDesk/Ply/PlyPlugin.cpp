@@ -64,7 +64,7 @@ struct Element
 std::vector<Element> TakeHeader(std::string_view& rest, bool& isBinary)
 {
     if (!TakeLine(rest).starts_with("ply"))
-        FailReading(u"this is not a PLY file"_s);
+        FailReading(TrString::translate("InspectionDeskPly", "this is not a PLY file"));
     std::vector<Element> elements;
     while (!rest.empty())
     {
@@ -91,10 +91,10 @@ std::vector<Element> TakeHeader(std::string_view& rest, bool& isBinary)
             isGood = property.take && (!isList || property.takeCount);
         }
         if (!isGood)
-            FailReading(u"this header line is not understood: %1"_s.arg(
-                QString::fromLatin1(words.join(' ').left(80))));
+            FailReading(TrString::translate("InspectionDeskPly", "this header line is not understood: %1")
+                            .Arg(QString::fromLatin1(words.join(' ').left(80))));
     }
-    FailReading(u"the header has no end"_s);
+    FailReading(TrString::translate("InspectionDeskPly", "the header has no end"));
 }
 
 /// A list longer than the bytes ends where they do: its count may be a lie.
@@ -133,14 +133,15 @@ PointCloud ReadPly(std::string_view content, Threading::IProgression& progressio
         const bool isVertex = element.name == "vertex";
         for (qsizetype axis = 0; isVertex && axis < 3; ++axis)
             if (std::ranges::count(element.properties, axis, &Property::axis) != 1)
-                FailReading(u"a vertex needs x, y and z, each once"_s);
+                FailReading(TrString::translate("InspectionDeskPly", "a vertex needs x, y and z, each once"));
         for (quint64 row = 1; row <= element.count; ++row)
         {
             Eigen::Vector3d point = Eigen::Vector3d::Zero();
             std::string_view line = isBinary ? std::string_view() : TakeLine(rest);
             if (!TakeRow(isBinary ? rest : line, element, point) || !line.empty() || !point.allFinite())
-                FailReading(u"%1 %2 is cut off or has wrong numbers"_s.arg(QString::fromLatin1(element.name))
-                                .arg(row));
+                FailReading(TrString::translate("InspectionDeskPly", "%1 %2 is cut off or has wrong numbers")
+                                .Arg(QString::fromLatin1(element.name))
+                                .Arg(row));
             if (isVertex)
                 points.push_back(point);
             if (row % rowsPerStep == 0)
@@ -149,7 +150,7 @@ PointCloud ReadPly(std::string_view content, Threading::IProgression& progressio
         }
     }
     if (!rest.empty())
-        FailReading(u"there are more data than its header says"_s);
+        FailReading(TrString::translate("InspectionDeskPly", "there are more data than its header says"));
     return points;
 }
 

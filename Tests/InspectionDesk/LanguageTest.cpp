@@ -1,0 +1,221 @@
+#include "InspectionDesk/DeskWindow.h"
+#include "InspectionDesk/SettingsDialog.h"
+#include "Support/TestSupport.h"
+#include "VekAppCore/App/ApplicationFrame.h"
+#include "VekAppCore/App/Folders.h"
+#include "VekAppCore/App/NotificationBar.h"
+#include "VekAppCore/App/ServiceManager.h"
+#include "VekAppCore/App/Translations.h"
+#include "VekBase/ScopedTempFolder.h"
+#include <QAbstractItemView>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QFile>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMetaProperty>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QStatusBar>
+#include <future>
+#include <gmock/gmock.h>
+#include <set>
+
+namespace vek::Desk
+{
+namespace
+{
+using Texts = std::map<QString, QString>;
+
+/// The texts of an object and of what it consists of, by the way to them.
+void Collect(const QObject& object, const QString& way, Texts& texts)
+{
+    if (dynamic_cast<const App::LogPanel*>(object.parent()) &&
+        dynamic_cast<const QAbstractItemView*>(&object))
+        return; // lines of the log stay as they were written
+    const auto add = [&](const QString& name, const QString& text) {
+        if (!text.isEmpty())
+            texts[way + '.' + name] = text;
+    };
+    // Qt gives what it says of its own parts to readers of the screen once, when it makes them.
+    static const QByteArrayList hidden{"objectName", "styleSheet", "accessibleName", "accessibleDescription",
+                                       "html",       "markdown"};
+    const QMetaObject& type = *object.metaObject();
+    for (int index = 0; index < type.propertyCount(); ++index)
+        if (const QMetaProperty property = type.property(index);
+            property.typeId() == QMetaType::QString && !hidden.contains(property.name()))
+            add(property.name(), property.read(&object).toString());
+    if (const auto* const bar = dynamic_cast<const QStatusBar*>(&object))
+        add("message", bar->currentMessage());
+    if (const auto* const bar = dynamic_cast<const QTabBar*>(&object))
+        for (int tab = 0; tab < bar->count(); ++tab)
+            add("tab" + QString::number(tab), bar->tabText(tab) + '\n' + bar->tabToolTip(tab));
+    if (const auto* const box = dynamic_cast<const QComboBox*>(&object))
+        for (int item = 0; item < box->count(); ++item)
+            add("item" + QString::number(item), box->itemText(item));
+    if (const auto* const view = dynamic_cast<const QAbstractItemView*>(&object); view && view->model())
+        for (int row = 0; row < view->model()->rowCount(); ++row)
+            add("row" + QString::number(row), view->model()->index(row, 0).data().toString());
+    std::map<QString, int> counts; // not the place among all children, which changes when one is raised
+    for (const QObject* const child : object.children())
+    {
+        const QString name = child->metaObject()->className();
+        Collect(*child, QString("%1/%2%3").arg(way, name).arg(++counts[name]), texts);
+    }
+}
+
+std::set<QString> GetWords(const QString& text)
+{
+    static const QRegularExpression word("\\p{L}{3,}");
+    std::set<QString> words;
+    for (const auto& match : word.globalMatch(text))
+        words.insert(match.captured());
+    return words;
+}
+} // namespace
+
+class LanguageTest : public testing::Test
+{
+protected:
+    // One frame for all, since the plug-in cannot be loaded again.
+    static void SetUpTestSuite()
+    {
+        s_folder.emplace();
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, s_folder->GetPath());
+        QSettings::setPath(QSettings::IniFormat, QSettings::SystemScope, s_folder->GetPath());
+        App::AppConfiguration configuration;
+        configuration.applicationName = configuration.applicationTitle = "Desk";
+        s_frame.emplace(configuration);
+        s_frame->Start(App::GetAddonsDir());
+    }
+
+    static void TearDownTestSuite()
+    {
+        s_frame.reset();
+        s_folder.reset();
+    }
+
+    LanguageTest()
+    {
+        App::SetLanguage("en");
+        m_window.emplace(s_frame->GetTaskExecutor());
+        s_frame->SetMainWidget(&*m_window);
+        m_window->show();
+    }
+
+    QString _Write(const QString& name, const QByteArray& content) const
+    {
+        QFile file(s_folder->GetPath() + '/' + name);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        return file.fileName();
+    }
+
+    Texts _GetTexts() const
+    {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        static const QRegularExpression tag("<[^>]*>");
+        Texts texts;
+        Collect(*m_window, "Window", texts);
+        for (auto& [way, text] : texts)
+            text.remove(s_folder->GetPath()).remove(tag);
+        return texts;
+    }
+
+    QImage _GetPicture() const
+    {
+        return dynamic_cast<QTabWidget&>(*m_window->centralWidget()).currentWidget()->grab().toImage();
+    }
+
+    /// Switches to French and back.
+    /// @return the words that are the same in both languages.
+    std::set<QString> _Switch() const
+    {
+        const Texts english = _GetTexts();
+        const QImage englishPicture = _GetPicture();
+        App::SetLanguage("fr");
+        Texts french = _GetTexts();
+        EXPECT_NE(_GetPicture(), englishPicture);
+        App::SetLanguage("en");
+        EXPECT_EQ(_GetTexts(), english);
+        EXPECT_EQ(_GetPicture(), englishPicture);
+
+        EXPECT_EQ(french.size(), english.size());
+        std::set<QString> same;
+        for (const auto& [way, text] : english)
+            std::ranges::set_intersection(GetWords(text), GetWords(french[way]),
+                                          std::inserter(same, same.end()));
+        return same;
+    }
+
+    void _Trigger(const QString& text) const
+    {
+        const auto actions = m_window->findChildren<QAction*>();
+        const auto action =
+            std::ranges::find(actions, text, [](const QAction* each) { return each->text(); });
+        ASSERT_NE(action, actions.end()) << text.toStdString();
+        (*action)->trigger();
+    }
+
+    static inline std::optional<ScopedTempFolder> s_folder;
+    static inline std::optional<App::ApplicationFrame> s_frame;
+    std::optional<DeskWindow> m_window;
+};
+
+TEST_F(LanguageTest, EmptyWindowFollows)
+{
+    for (QMenu* const menu : m_window->findChildren<QMenu*>())
+        Q_EMIT menu->aboutToShow(); // fills that of recent files
+    EXPECT_THAT(_Switch(), testing::ElementsAre("Desk", "Trace"));
+}
+
+TEST_F(LanguageTest, AllThatCanBeOnDisplayFollows)
+{
+    std::promise<void> gate;
+    const auto wait = [opened = gate.get_future().share()](std::string_view, Threading::IProgression&) {
+        opened.wait();
+        return PointCloud();
+    };
+    App::Services().Require<IPointCloudReader>().AddFormat("slow", wait);
+    m_window->Inspect(_Write("a.xyz", "0 0 0\n4 0 1\n4 2 0\n0 2 1\n"));
+    ASSERT_TRUE(TestSupport::WaitFor([this] { return !m_window->IsBusy(); }));
+    for (const QString& file :
+         {_Write("b.xyz", "1\n"), _Write("c.ply", "ply\n"), _Write("d.vekdoc", ""), _Write("e.xml", "<a>")})
+        m_window->Inspect(file);
+    ASSERT_TRUE(TestSupport::WaitFor([this] { return m_window->findChildren<QMessageBox*>().size() == 4; }));
+    m_window->Inspect(_Write("f.slow", "1"));
+    const ScopeBase open([&gate] { gate.set_value(); });
+    App::NotificationBar::Install();
+    const auto message = TrString::translate("QObject", "Not enough memory.");
+    App::Notifier({message, Log::Verbosity::Error, TrString::translate("InspectionDesk", "Settings"), "!"});
+    App::Notifier({message, Log::Verbosity::Error, {}, {}});
+    _Trigger("Se&ttings...");
+    _Trigger("&Usage statistics...");
+    m_window->findChild<LengthLineEdit*>()->setText("!");
+    std::set<QString> same{"Desk", "English", "Français", "XML", "mil", "usft", "µin"};
+    same.merge(std::set<QString>{"ply", "slow", "vekdoc", "xml", "xyz"}); // of the files
+    same.merge(std::set<QString>{"Points", "Trace", "document", "installation", "message", "pages", "points",
+                                 "version"}); // are French
+    EXPECT_EQ(_Switch(), same);
+    EXPECT_TRUE(m_window->IsBusy());
+}
+
+TEST_F(LanguageTest, SettingsDialogSwitches)
+{
+    for (const auto& [menuText, item, expected] :
+         {std::tuple("Se&ttings...", "Français", "fr"), std::tuple("Ré&glages…", "Celle du système", "")})
+    {
+        _Trigger(menuText);
+        auto* const dialog = m_window->findChild<QDialog*>();
+        ASSERT_NE(dialog, nullptr);
+        for (QComboBox* const box : dialog->findChildren<QComboBox*>())
+            if (box->findText(item) >= 0)
+                box->setCurrentText(item);
+        dialog->accept();
+        QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(App::GetLanguage(), expected);
+    }
+    _Trigger("Se&ttings...");
+}
+} // namespace vek::Desk
