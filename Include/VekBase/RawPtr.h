@@ -1,11 +1,13 @@
 #pragma once
 #include "VekBase/Exception.h"
+#include "VekBase/LogText.h"
 #include "VekBase/SafeObject.h"
 #include <QPointer>
 #include <compare>
 #include <concepts>
 #include <cstddef>
 #include <type_traits>
+#include <typeinfo>
 #include <utility>
 
 class QWidget;
@@ -16,6 +18,9 @@ namespace Details
 {
 /// Out of line, so that a use is small.
 [[noreturn]] VEKBASE_EXPORT void ThrowNullptrException();
+
+[[nodiscard]] VEKBASE_EXPORT std::string ToPointerText(const std::type_info& pointerType,
+                                                       const void* address);
 
 /// Watches a SafeObject through its control block, which alone knows the object's address.
 template <typename T>
@@ -132,4 +137,11 @@ private:
                                      Details::QObjectWatch<T>>;
     Watch m_watch;
 };
+
+/// T and the address, or null: "(Viewer*) 0x55d0c8a4e2b0". Thread-safe: the object is left alone.
+template <typename T>
+[[nodiscard]] std::string ToLogText(const RawPtr<T>& pointer)
+{
+    return Details::ToPointerText(typeid(T*), pointer.Get());
+}
 } // namespace vek

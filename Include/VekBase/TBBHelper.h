@@ -1,5 +1,6 @@
 #pragma once
 #include "VekBase/Export.h"
+#include "VekBase/LogText.h"
 #include <functional>
 #include <memory>
 
@@ -11,6 +12,8 @@ enum class ETaskGroupStatus
     Complete,
     Canceled
 };
+[[nodiscard]] VEKBASE_EXPORT std::string ToLogText(ETaskGroupStatus status);
+using vek::PrintTo;
 
 /// A task arena with a task group of its own on the worker pool. Thread-safe, except for its destruction.
 class VEKBASE_EXPORT StandaloneTaskGroup

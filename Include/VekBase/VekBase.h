@@ -2,6 +2,7 @@
 #include "VekBase/CommandLine.h"
 #include "VekBase/Exception.h"
 #include "VekBase/FeatureToggle.h"
+#include "VekBase/LogText.h"
 #include "VekBase/Memory.h"
 #include "VekBase/MoveOnlyFunction.h"
 #include "VekBase/Multithread.h"

@@ -1,4 +1,5 @@
 #pragma once
+#include "VekBase/LogText.h"
 #include <cstdint>
 
 namespace vek::Log
@@ -12,4 +13,7 @@ enum class Verbosity : std::int32_t
     Debug = 4,   ///< Diagnostic traces.
     Trace = 5    ///< Finer still.
 };
+
+[[nodiscard]] VEKBASE_EXPORT std::string ToLogText(Verbosity verbosity);
+using vek::PrintTo;
 } // namespace vek::Log

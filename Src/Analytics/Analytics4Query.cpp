@@ -92,4 +92,9 @@ TimingEvent::TimingEvent(const QString& category, const QString& action, double 
     if (!label.isEmpty())
         parameters.emplace_back(u"timing_label"_s, label);
 }
+
+std::string ToLogText(const Analytics4Query::Event& event)
+{
+    return QJsonDocument(QJsonValue(event).toObject()).toJson(QJsonDocument::Compact).toStdString();
+}
 } // namespace vek::Analytics

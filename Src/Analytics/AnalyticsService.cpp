@@ -1,4 +1,5 @@
 #include "VekAppCore/Analytics/AnalyticsService.h"
+#include "Base/EnumText.h"
 #include "Platform/Platform.h"
 #include "VekAppCore/App/Application.h"
 #include "VekAppCore/App/IAppFeatureService.h"
@@ -289,5 +290,10 @@ AnalyticsService& GetAnalyticsService()
     const auto services = App::ServicesPtr();
     const auto service = services ? services->Get<AnalyticsService>() : nullptr;
     return *service;
+}
+
+std::string ToLogText(ApplicationMode mode)
+{
+    return Details::ToEnumText(mode, ApplicationMode::Desktop, {"Desktop", "Touch", "Demonstration"});
 }
 } // namespace vek::Analytics

@@ -1,4 +1,5 @@
 #include "VekAppCore/Analytics/GoogleAnalyticsService.h"
+#include "Base/EnumText.h"
 #include "VekAppCore/App/Log.h"
 #include "VekAppCore/App/SafeCallable.h"
 #include "VekBase/Exception.h"
@@ -442,5 +443,14 @@ quint64 GoogleAnalyticsService::GetDroppedCount() const
 {
     const std::scoped_lock lock(m_state->mutex);
     return m_state->droppedCount;
+}
+
+std::string ToLogText(EApplicationParameter parameter)
+{
+    return Details::ToEnumText(parameter, EApplicationParameter::ClientId,
+                               {"ClientId", "TrackingId", "MeasurementId", "ApiSecret", "DataSource",
+                                "ApplicationName", "ApplicationId", "ApplicationVersion", "FullVersion",
+                                "Processor", "GraphicsCard", "ScreenSize", "Language", nullptr, nullptr,
+                                "HostName"});
 }
 } // namespace vek::Analytics

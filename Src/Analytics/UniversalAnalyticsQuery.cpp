@@ -93,4 +93,14 @@ void UATimingQuery::SetTimingTime(qint64 milliseconds)
 {
     _SetQueryItem(u"utt"_s, QString::number(milliseconds));
 }
+
+std::string ToLogText(const CustomDimension& dimension)
+{
+    return std::to_string(dimension.number) + ": " + dimension.value.toStdString();
+}
+
+std::string ToLogText(const CustomMetric& metric)
+{
+    return std::to_string(metric.number) + ": " + metric.value.toStdString();
+}
 } // namespace vek::Analytics

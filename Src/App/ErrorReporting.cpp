@@ -1,4 +1,5 @@
 #include "VekAppCore/App/ErrorReporting.h"
+#include "Base/EnumText.h"
 #include "VekAppCore/App/Exception.h"
 #include "VekAppCore/App/Log.h"
 #include "VekAppCore/App/Notifier.h"
@@ -143,5 +144,11 @@ void HandleEventException(QObject* receiver, QEvent* event, const std::source_lo
     });
     // What happened to which object helps developers: it is logged, and never shown.
     ReportCurrentException(TrString(), description, where);
+}
+
+std::string ToLogText(EExceptionType type)
+{
+    return Details::ToEnumText(type, EExceptionType::Cancellation,
+                               {"Cancellation", "Error", "NotEnoughMemory", "GeneralError"});
 }
 } // namespace vek::App

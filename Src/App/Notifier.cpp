@@ -41,4 +41,11 @@ NotifierCallback SetNotifierCallback(NotifierCallback callback)
 {
     return std::exchange(g_callback, std::move(callback));
 }
+
+std::string ToLogText(const NotifierMessage& message)
+{
+    const std::string text = ToLogText(message.verbosity) + ": " + ToLogText(message.text) + " (" +
+                             ToLogText(message.source) + ')';
+    return message.details.isEmpty() ? text : text + ' ' + message.details.toStdString();
+}
 } // namespace vek::App

@@ -1,4 +1,5 @@
 #include "VekBase/TBBHelper.h"
+#include "Base/EnumText.h"
 #include "VekBase/Exception.h"
 #include <algorithm>
 #include <atomic>
@@ -167,5 +168,10 @@ void InvokeInIsolatedTBBContext(const std::function<void()>& function)
         tbb::task_group group(context);
         group.run_and_wait(function);
     });
+}
+
+std::string ToLogText(ETaskGroupStatus status)
+{
+    return Details::ToEnumText(status, ETaskGroupStatus::Complete, {"Complete", "Canceled"});
 }
 } // namespace vek::Multithread::TBBHelper

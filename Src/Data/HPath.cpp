@@ -33,4 +33,6 @@ HPath HPath::operator/(const QString& segment) const
 }
 
 QString HPath::ToString() const { return m_segments.join(separator); }
+
+std::string ToLogText(const HPath& path) { return path.ToString().toStdString(); }
 } // namespace vek::App

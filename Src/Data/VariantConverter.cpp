@@ -1,4 +1,5 @@
 #include "VekAppCore/Data/VariantConverter.h"
+#include "Base/EnumText.h"
 #include "VekAppCore/Data/VekQVariantMap.h"
 #include "VekAppCore/Text/Convert.h"
 #include <QDateTime>
@@ -190,3 +191,11 @@ std::optional<QVariantMap> ToEntries(const QVariant& value)
     }
 }
 } // namespace vek::App::VekQVariantDetails
+
+namespace vek::App
+{
+std::string ToLogText(EVariantStoreFormat format)
+{
+    return Details::ToEnumText(format, EVariantStoreFormat::Typed, {"Typed", "Readable"});
+}
+} // namespace vek::App

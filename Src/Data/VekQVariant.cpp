@@ -3,7 +3,6 @@
 #include "VekAppCore/Data/VekQVariantMap.h"
 #include <QDebug>
 #include <algorithm>
-#include <ostream>
 #include <stdexcept>
 
 namespace vek::App
@@ -276,18 +275,11 @@ void DumpStructure(const VekQVariant& node)
     });
 }
 
-QDebug operator<<(QDebug debug, const VekQVariant& node)
-{
-    const QDebugStateSaver saver(debug);
-    debug.nospace() << "VekQVariant(" << (node.IsShared() ? "shared, " : "") << node.TypeName() << ", "
-                    << node.ToString() << ')';
-    return debug;
-}
-
-void PrintTo(const VekQVariant& node, std::ostream* out)
+std::string ToLogText(const VekQVariant& node)
 {
     QString text;
-    QDebug(&text).nospace() << node;
-    *out << text.toStdString();
+    QDebug(&text).nospace() << "VekQVariant(" << (node.IsShared() ? "shared, " : "") << node.TypeName()
+                            << ", " << node.ToString() << ')';
+    return text.toStdString();
 }
 } // namespace vek::App

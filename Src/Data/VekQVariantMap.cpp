@@ -189,4 +189,14 @@ const QList<QString>& VekQVariantMap::GetGroups() const noexcept
     static const QList<QString> none;
     return m_state ? m_state->groups : none;
 }
+
+std::string ToLogText(const VekQVariantMap& map)
+{
+    return '{' + Convert::ToString(QVariant::fromValue(map)).toStdString() + '}';
+}
+
+std::string ToLogText(const VekQVariantList& list)
+{
+    return '[' + Convert::ToString(QVariant::fromValue(list)).toStdString() + ']';
+}
 } // namespace vek::App

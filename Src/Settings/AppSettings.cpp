@@ -116,4 +116,9 @@ void InitSettings() { MarkInitialised(GetAppSettingsPath()); }
 void CopyPreviousSettingsIfNeeded() { CopyPrevious(GetAppSettingsPath()); }
 
 void ForgetFirstSettingsRequest() { g_isFirstRequest = true; }
+
+std::string ToLogText(const SettingsPath& path)
+{
+    return (path.organisation + u'/' + path.applicationEntry).toStdString();
+}
 } // namespace vek::App

@@ -1,4 +1,5 @@
 #include "VekAppCore/Text/Convert.h"
+#include "Base/EnumText.h"
 #include "VekAppCore/Data/VekQVariantMap.h"
 #include "VekAppCore/Text/UnitConvert.h"
 #include <QByteArrayList>
@@ -616,5 +617,10 @@ bool FromString(QStringView text, QMetaType type, QVariant& value, const ListUni
         return false;
     value = std::move(read);
     return true;
+}
+
+std::string ToLogText(ENotation notation)
+{
+    return vek::Details::ToEnumText(notation, ENotation::Shortest, {"Shortest", "Fixed", "Scientific"});
 }
 } // namespace vek::Convert

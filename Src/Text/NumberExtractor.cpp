@@ -699,4 +699,15 @@ void SanitizeListOfValues(QString& text)
         text.replace(GetBlanksBetweenDigits(), text.contains(separators) ? QString() : u";"_s);
     text.replace(tabs, u";"_s);
 }
+
+std::string ToLogText(const ExtractedNumberInfo& number)
+{
+    return (ToString(number.value) + u' ' + number.text).trimmed().toStdString();
+}
+
+std::string ToLogText(const DoubleWithPrefix& number)
+{
+    const QString text = ToString(number.value);
+    return (number.prefix.isEmpty() ? text : number.prefix + u'=' + text).toStdString();
+}
 } // namespace vek::Convert

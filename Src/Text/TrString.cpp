@@ -273,6 +273,8 @@ QString TrString::_Render(bool key) const
     return text;
 }
 
+std::string ToLogText(const TrString& text) { return text.GetKey().toStdString(); }
+
 TrString TrStringHelper::translate(const char* context, const char* source, const char* disambiguation, int n)
 {
     return TrString::translate(context, source, disambiguation, n);

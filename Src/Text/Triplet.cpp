@@ -1,6 +1,5 @@
 #include "VekAppCore/Text/Triplet.h"
 #include "VekAppCore/App/Exception.h"
-#include <QDebug>
 #include <array>
 #include <cmath>
 #include <ostream>
@@ -47,14 +46,10 @@ Triplet operator-(const Triplet& a, const Triplet& b) { return a + -b; }
 
 std::ostream& operator<<(std::ostream& stream, const Triplet& triplet)
 {
-    return stream << Convert::ToString(triplet).toStdString();
+    return stream << ToLogText(triplet);
 }
 
-QDebug operator<<(QDebug debug, const Triplet& triplet)
-{
-    const QDebugStateSaver saver(debug);
-    return debug.noquote() << Convert::ToString(triplet);
-}
+std::string ToLogText(const Triplet& triplet) { return Convert::ToString(triplet).toStdString(); }
 
 namespace Convert
 {

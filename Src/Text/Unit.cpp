@@ -1,7 +1,6 @@
 #include "VekAppCore/Text/Unit.h"
 #include "VekAppCore/Text/UnitConvert.h"
 #include <QDataStream>
-#include <QDebug>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -94,21 +93,22 @@ QDataStream& operator>>(QDataStream& stream, Q& quantity)
 template <AnyQuantity Q>
 std::ostream& operator<<(std::ostream& stream, const Q& quantity)
 {
-    return stream << Convert::ToString(quantity).toStdString();
+    return stream << ToLogText(quantity);
 }
 
 template <AnyQuantity Q>
-QDebug operator<<(QDebug debug, const Q& quantity)
+std::string ToLogText(const Q& quantity)
 {
-    const QDebugStateSaver saver(debug);
-    return debug.noquote() << Convert::ToString(quantity);
+    return Convert::ToString(quantity).toStdString();
 }
+
+std::string ToLogText(const Radian& radian) { return ToLogText(Angle(radian)); }
 
 #define VEK_INSTANTIATE(Q)                                                                                   \
     template VEKAPPCORE_EXPORT QDataStream& operator<<(QDataStream&, const Q&);                              \
     template VEKAPPCORE_EXPORT QDataStream& operator>>(QDataStream&, Q&);                                    \
     template VEKAPPCORE_EXPORT std::ostream& operator<<(std::ostream&, const Q&);                            \
-    template VEKAPPCORE_EXPORT QDebug operator<<(QDebug, const Q&);
+    template VEKAPPCORE_EXPORT std::string ToLogText(const Q&);
 VEK_INSTANTIATE(Length)
 VEK_INSTANTIATE(Area)
 VEK_INSTANTIATE(Volume)

@@ -1,4 +1,5 @@
 #include "VekAppCore/Threading/EventQueue.h"
+#include "Base/EnumText.h"
 #include <QCoreApplication>
 #include <oneapi/tbb/concurrent_queue.h>
 
@@ -105,5 +106,11 @@ void EventQueue::Clear()
         Entry entry; // dies before the next is looked for: what it holds may post
         isPopped = m_impl->entries.try_pop(entry);
     }
+}
+
+std::string ToLogText(EEventToTreat events)
+{
+    return Details::ToEnumText(events, EEventToTreat::QueueOnly,
+                               {"QueueOnly", "AllEvents", "ExcludeUserInput"});
 }
 } // namespace vek::Threading

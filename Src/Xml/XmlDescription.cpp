@@ -114,4 +114,6 @@ void XmlDescription::_CheckChildren(const XmlDeserializer& element, std::vector<
         });
     }
 }
+
+std::string ToLogText(const XmlFinding& finding) { return finding.message.toStdString(); }
 } // namespace vek

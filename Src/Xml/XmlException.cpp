@@ -8,4 +8,9 @@ XmlException::XmlException(const QString& message, Place place, const std::sourc
 {}
 
 XmlException::~XmlException() = default;
+
+std::string ToLogText(const XmlException::Place& place)
+{
+    return place.path.toStdString() + ':' + std::to_string(place.line) + ": " + place.element.toStdString();
+}
 } // namespace vek

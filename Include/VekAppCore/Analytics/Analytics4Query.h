@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Analytics/IMeasurementQuery.h"
+#include "VekBase/LogText.h"
 #include <QJsonArray>
 #include <QJsonObject>
 #include <initializer_list>
@@ -76,4 +77,8 @@ struct VEKAPPCORE_EXPORT TimingEvent : Analytics4Query::Event
     /// Without what is behind the point, as near as there is a number; 0 for none.
     [[nodiscard]] static qint64 Truncate(double milliseconds);
 };
+
+/// What is sent.
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const Analytics4Query::Event& event);
+using vek::PrintTo;
 } // namespace vek::Analytics

@@ -2,6 +2,7 @@
 #include "VekAppCore/Analytics/GoogleAnalyticsService.h"
 #include "VekAppCore/App/AppConfiguration.h"
 #include "VekAppCore/App/ServiceBase.h"
+#include "VekBase/LogText.h"
 #include "VekBase/ScopeBase.h"
 #include "VekBase/Signal.h"
 #include <chrono>
@@ -17,6 +18,8 @@ enum class ApplicationMode
     Touch,
     Demonstration,
 };
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(ApplicationMode mode);
+using vek::PrintTo;
 
 /// The application's usage statistics: pages, events and timings. Every report goes out twice, as a Universal
 /// Analytics query and as a GA4 event. Nothing leaves the machine unless the feature

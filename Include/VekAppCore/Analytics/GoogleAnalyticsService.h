@@ -2,6 +2,7 @@
 #include "VekAppCore/Analytics/Analytics4Query.h"
 #include "VekAppCore/Analytics/UniversalAnalyticsQuery.h"
 #include "VekAppCore/Network/HttpService.h"
+#include "VekBase/LogText.h"
 #include <QDateTime>
 #include <memory>
 #include <optional>
@@ -27,6 +28,8 @@ enum class EApplicationParameter : int
     Language = 12,
     HostName = 15,
 };
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(EApplicationParameter parameter);
+using vek::PrintTo;
 
 /// Sends reports by the HTTP service, Universal Analytics queries in batches by a thread of its own, and
 /// knows what is sent with each of them. Thread-safe, but for Start and Stop.

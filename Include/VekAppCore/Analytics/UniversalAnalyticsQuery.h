@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Analytics/IMeasurementQuery.h"
+#include "VekBase/LogText.h"
 #include <QList>
 #include <utility>
 
@@ -19,6 +20,11 @@ struct CustomMetric
     CustomDefinitionNumber number;
     QString value;
 };
+
+/// Number and value: "2: CAD".
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const CustomDimension& dimension);
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const CustomMetric& metric);
+using vek::PrintTo;
 
 /// Items for the Universal Analytics protocol. Reentrant.
 class VEKAPPCORE_EXPORT UniversalAnalyticsQuery : public IMeasurementQuery

@@ -1,4 +1,6 @@
 #pragma once
+#include "VekAppCore/Export.h"
+#include "VekBase/LogText.h"
 #include <QColor>
 #include <QString>
 #include <QStringList>
@@ -13,6 +15,8 @@ enum class EAppType : int
     Nightly = 1,
     Beta = 2
 };
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(EAppType type);
+using vek::PrintTo;
 
 /// Four numbers, the most significant one first.
 using VersionNumber = std::array<int, 4>;

@@ -1,6 +1,7 @@
 #pragma once
 #include "VekAppCore/Export.h"
 #include "VekAppCore/Text/TrString.h"
+#include "VekBase/LogText.h"
 #include <source_location>
 
 class QEvent;
@@ -16,6 +17,8 @@ enum class EExceptionType : int
     NotEnoughMemory = 3,
     GeneralError = 4 ///< Presented like Error.
 };
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(EExceptionType type);
+using vek::PrintTo;
 
 /// Turns the exception in flight into a notification and a log line; to be called inside a catch block
 /// (elsewhere it reports a general exception). It never lets an exception out. Any thread.

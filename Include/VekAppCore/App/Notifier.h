@@ -1,6 +1,7 @@
 #pragma once
 #include "VekAppCore/Export.h"
 #include "VekAppCore/Text/TrString.h"
+#include "VekBase/LogText.h"
 #include "VekBase/MoveOnlyFunction.h"
 #include "VekBase/Verbosity.h"
 #include <QString>
@@ -17,6 +18,9 @@ struct NotifierMessage
 
     bool operator==(const NotifierMessage&) const = default;
 };
+/// Verbosity, text, source in brackets, and details.
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const NotifierMessage& message);
+using vek::PrintTo;
 
 using NotifierCallback = MoveOnlyFunction<void(const NotifierMessage&)>;
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Export.h"
+#include "VekBase/LogText.h"
 #include <QList>
 #include <QString>
 
@@ -32,4 +33,7 @@ public:
 private:
     QList<QString> m_segments;
 };
+
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const HPath& path);
+using vek::PrintTo;
 } // namespace vek::App

@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Export.h"
+#include "VekBase/LogText.h"
 #include <QFlags>
 #include <QMap>
 #include <QMetaEnum>
@@ -21,6 +22,8 @@ enum class EVariantStoreFormat : std::int32_t
     Typed = 0,    ///< As they are.
     Readable = 1, ///< What stays readable and stable in a text file.
 };
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(EVariantStoreFormat format);
+using vek::PrintTo;
 
 namespace VekQVariantDetails
 {

@@ -10,7 +10,6 @@
 #include <variant>
 
 class QDataStream;
-class QDebug;
 
 namespace vek::App
 {
@@ -186,7 +185,6 @@ private:
 /// Writes the tree to the log, one line a node.
 VEKAPPCORE_EXPORT void DumpStructure(const VekQVariant& node);
 
-VEKAPPCORE_EXPORT QDebug operator<<(QDebug debug, const VekQVariant& node);
-/// For GoogleTest.
-VEKAPPCORE_EXPORT void PrintTo(const VekQVariant& node, std::ostream* out);
+/// Its type and value, and whether it is shared.
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const VekQVariant& node);
 } // namespace vek::App

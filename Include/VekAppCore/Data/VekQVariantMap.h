@@ -161,6 +161,10 @@ public:
     /// @throws Exception::WrongVersionException  one of the elements has another version.
     friend VEKAPPCORE_EXPORT QDataStream& operator>>(QDataStream& stream, VekQVariantList& list);
 };
+
+/// Keys and values in braces, values in brackets; containers in them show their size.
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const VekQVariantMap& map);
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const VekQVariantList& list);
 } // namespace vek::App
 
 // The array types of saved files, which name them so. The second argument is written out: a defaulted one

@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Settings/VekQSettings.h"
+#include "VekBase/LogText.h"
 #include <memory>
 
 /// Where the settings of the running application are: for every user and version a store of its own, which
@@ -11,6 +12,9 @@ struct SettingsPath
     QString organisation;
     QString applicationEntry; ///< "App 2.0"
 };
+/// With a slash between the two.
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const SettingsPath& path);
+using vek::PrintTo;
 
 /// Both empty while the organisation or the application has no name.
 [[nodiscard]] VEKAPPCORE_EXPORT SettingsPath GetAppSettingsPath();

@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Export.h"
+#include "VekBase/LogText.h"
 #include <QList>
 #include <QLocale>
 #include <QMetaType>
@@ -25,6 +26,9 @@ enum class ENotation
     Fixed,      ///< As many decimals as asked for.
     Scientific, ///< One digit, as many decimals as asked for, and an exponent, with "e" in every locale.
 };
+
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(ENotation notation);
+using vek::PrintTo;
 
 struct NumberOptions
 {

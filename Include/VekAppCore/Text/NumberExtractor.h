@@ -22,6 +22,8 @@ struct ExtractedNumberInfo
     int exponent = 0;
     QString text; ///< The unit that was found with it; empty without one.
 };
+/// Value and unit.
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const ExtractedNumberInfo& number);
 
 namespace Details
 {
@@ -178,6 +180,8 @@ struct DoubleWithPrefix
     double value = 0;
     bool operator==(const DoubleWithPrefix&) const = default;
 };
+/// Prefix and value: "x=1.5".
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const DoubleWithPrefix& number);
 
 /// The numbers of a text such as "X=1.5 y: 2 3", in their order, with the separators of either locale; what
 /// is no number in any of them, such as "1.2.3", is left out.

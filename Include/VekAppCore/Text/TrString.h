@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Export.h"
+#include "VekBase/LogText.h"
 #include <QString>
 #include <concepts>
 #include <memory>
@@ -126,6 +127,10 @@ private:
 
     std::shared_ptr<Impl> m_body; ///< Null in a moved-from string only.
 };
+
+/// The text in the source language.
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const TrString& text);
+[[nodiscard]] inline std::string ToLogText(Bool value) { return ToLogText(ToTrString(value)); }
 
 /// What the translation macros call.
 class VEKAPPCORE_EXPORT TrStringHelper

@@ -39,8 +39,8 @@ struct VEKAPPCORE_EXPORT Triplet
 
     /// As Convert::ToString writes it in the C locale; for logs.
     friend VEKAPPCORE_EXPORT std::ostream& operator<<(std::ostream& stream, const Triplet& triplet);
-    friend VEKAPPCORE_EXPORT QDebug operator<<(QDebug debug, const Triplet& triplet);
 };
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const Triplet& triplet);
 
 namespace Convert
 {

@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Export.h"
+#include "VekBase/LogText.h"
 #include "VekBase/Signal.h"
 #include <array>
 #include <compare>
@@ -13,7 +14,6 @@
 #include <vector>
 
 class QDataStream;
-class QDebug;
 class QVariant;
 
 /// Measured values that carry their unit. Quantities are plain values, reentrant; the default length unit is
@@ -531,7 +531,15 @@ VEKAPPCORE_EXPORT QDataStream& operator>>(QDataStream& stream, Q& quantity);
 template <AnyQuantity Q>
 VEKAPPCORE_EXPORT std::ostream& operator<<(std::ostream& stream, const Q& quantity);
 template <AnyQuantity Q>
-VEKAPPCORE_EXPORT QDebug operator<<(QDebug debug, const Q& quantity);
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const Q& quantity);
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const Radian& radian);
+/// The name of the enumerator; the number of what is no real unit.
+template <AnyUnit U>
+[[nodiscard]] std::string ToLogText(U unit)
+{
+    return IsReal(unit) ? std::string(GetRow(unit).name) : std::to_string(static_cast<std::int32_t>(unit));
+}
+using vek::PrintTo;
 } // namespace vek::Unit
 
 namespace vek::App

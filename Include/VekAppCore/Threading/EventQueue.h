@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Export.h"
+#include "VekBase/LogText.h"
 #include "VekBase/SafeObject.h"
 #include <functional>
 #include <memory>
@@ -14,6 +15,8 @@ enum class EEventToTreat : int
     AllEvents = 1,       ///< Also lets Qt process its pending events.
     ExcludeUserInput = 2 ///< The same, except what the user does meanwhile.
 };
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(EEventToTreat events);
+using vek::PrintTo;
 
 /// One unit of posted work, always held by a shared pointer.
 class VEKAPPCORE_EXPORT IEvent

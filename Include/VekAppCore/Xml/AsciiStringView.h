@@ -1,4 +1,5 @@
 #pragma once
+#include "VekBase/LogText.h"
 #include <QString>
 #include <algorithm>
 #include <cassert>
@@ -29,4 +30,6 @@ public:
 private:
     std::string_view m_text;
 };
+
+[[nodiscard]] inline std::string ToLogText(const AsciiStringView& text) { return text.GetText(); }
 } // namespace vek

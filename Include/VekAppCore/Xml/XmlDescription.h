@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/Xml/XmlDeserializer.h"
+#include "VekBase/LogText.h"
 #include <functional>
 #include <limits>
 #include <string>
@@ -13,6 +14,7 @@ struct XmlFinding
     int line;        ///< From 1; 0 where it is not known.
     QString message; ///< For developers, not translated; it names line and element.
 };
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const XmlFinding& finding);
 
 /// What an element of a document holds: its attributes, its value and its children, in whatever order. A
 /// plain value, put together in one go:

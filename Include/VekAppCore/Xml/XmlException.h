@@ -1,5 +1,6 @@
 #pragma once
 #include "VekAppCore/App/Exception.h"
+#include "VekBase/LogText.h"
 
 namespace vek
 {
@@ -25,4 +26,7 @@ public:
 private:
     Place m_place;
 };
+
+/// As compilers write it: "plate.xml:12: Width".
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const XmlException::Place& place);
 } // namespace vek
