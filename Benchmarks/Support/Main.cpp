@@ -50,8 +50,10 @@ double GetMedian(std::vector<double> values)
 
 double GetRatio(const Result& result) { return GetMedian(result.peer) / GetMedian(result.ours); }
 
-std::string FormatTime(double nanoseconds)
+std::string Format(double nanoseconds, ETiming timing)
 {
+    if (timing == ETiming::Memory)
+        return fmt::format("{:.2f} MB", nanoseconds / 1e9);
     if (nanoseconds < 1e3)
         return fmt::format("{:.2f} ns", nanoseconds);
     return nanoseconds < 1e6 ? fmt::format("{:.2f} us", nanoseconds / 1e3)
@@ -69,8 +71,9 @@ void PrintRow(const Result& result)
 {
     const std::optional<double> wanted = result.pair.wanted;
     const double ratio = GetRatio(result);
-    PrintRow(result.pair.subject, result.pair.peer, FormatTime(GetMedian(result.ours)),
-             FormatTime(GetMedian(result.peer)), fmt::format("{:.2f}", ratio),
+    const ETiming timing = result.pair.timing;
+    PrintRow(result.pair.subject, result.pair.peer, Format(GetMedian(result.ours), timing),
+             Format(GetMedian(result.peer), timing), fmt::format("{:.2f}", ratio),
              wanted ? fmt::format("{:.2f} {}", *wanted, ratio >= *wanted ? "met" : "missed") : "-");
 }
 

@@ -11,6 +11,7 @@ enum class ETiming
     Wall,
     Own,     ///< A round tells its own time, which is only a part of it.
     OwnOnce, ///< The same for a round that takes so long that one is enough.
+    Memory,  ///< A round tells how much memory, a second for a megabyte.
 };
 
 /// One case: ours beside a peer that does the same work.

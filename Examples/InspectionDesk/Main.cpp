@@ -6,6 +6,7 @@
 #include "VekAppCore/App/Folders.h"
 #include "VekAppCore/App/NotificationBar.h"
 #include "VekAppCore/App/VekQApplication.h"
+#include "VekAppCore/QtUtility/EventFilter.h"
 #include "VekBase/CommandLine.h"
 #include <QBuffer>
 #include <QCommandLineParser>
@@ -103,8 +104,10 @@ int Run(App::ApplicationFrame& frame, const QCommandLineParser& arguments)
         PrintDeclarations();
         return 0;
     }
-    const bool isUnattended = QGuiApplication::platformName() == u"offscreen" ||
-                              arguments.isSet(u"report"_s) || arguments.isSet(u"screenshot"_s);
+    const bool endsWithFirstFrame = arguments.isSet(u"first-frame"_s);
+    const bool isUnattended =
+        !endsWithFirstFrame && (QGuiApplication::platformName() == u"offscreen" ||
+                                arguments.isSet(u"report"_s) || arguments.isSet(u"screenshot"_s));
     if (files.isEmpty() && isUnattended)
         throw Exception::AppException(TrString::NoTranslate(u"Expected a file to inspect; see --help"_s));
 
@@ -118,6 +121,11 @@ int Run(App::ApplicationFrame& frame, const QCommandLineParser& arguments)
     frame.SetMainWidget(&window);
     if (isUnattended)
         return RunUnattended(frame, window, arguments);
+    if (endsWithFirstFrame)
+        new QtUtility::EventFilter(&window, [](const QEvent* event) {
+            if (event->type() == QEvent::Paint)
+                QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        });
     App::NotificationBar::Install();
     window.UseSettings();
     window.show();
@@ -147,6 +155,7 @@ int main(int argc, char** argv)
          {u"collect"_s,
           u"Send usage statistics, once the user has agreed, to <address>, such as that of CollectionServer."_s,
           u"address"_s},
+         {u"first-frame"_s, u"Exit once the window has been drawn, to measure the start."_s},
          {u"startup"_s, u"List what the program and its plug-ins declare."_s},
          {u"NoSettings"_s, u"Neither read nor change the user's settings."_s}});
     arguments.addHelpOption();
