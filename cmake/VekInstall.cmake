@@ -43,5 +43,5 @@ configure_package_config_file(
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/VekAppCoreConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
 install(FILES
         "${PROJECT_BINARY_DIR}/VekAppCoreConfig.cmake" "${PROJECT_BINARY_DIR}/VekAppCoreConfigVersion.cmake"
-        "${CMAKE_CURRENT_LIST_DIR}/VekPlugin.cmake"
+        "${CMAKE_CURRENT_LIST_DIR}/VekPlugin.cmake" "${CMAKE_CURRENT_LIST_DIR}/VekTranslations.cmake"
     DESTINATION "${VEK_CONFIG_DIR}" COMPONENT Development)

@@ -11,5 +11,8 @@ int main(int argc, char** argv)
     const auto thermometer = vek::App::Services().Get<IThermometer>();
     if (!thermometer || !thermometer->IsPluginInitialized())
         return 1;
-    std::puts("Hello from a plug-in");
+    const auto greeting = vek::TrString::translate("CoreProgram", "Hello from a plug-in");
+    std::puts(qUtf8Printable(greeting.ToString()));
+    vek::App::InstallTranslations(QLocale(QLocale::French));
+    std::puts(qUtf8Printable(greeting.ToString()));
 }
