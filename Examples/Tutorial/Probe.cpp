@@ -1,0 +1,36 @@
+// Linked with a step, it tells on standard error what the windows of the step have shown.
+#include <QCoreApplication>
+#include <QEvent>
+#include <VekAppCore/Widgets.h>
+#include <cstdio>
+
+namespace
+{
+using namespace vek;
+
+void Tell(const QString& text) { std::fprintf(stderr, "%s\n", qUtf8Printable(text)); }
+
+class Probe final : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Show)
+            if (auto* const task = dynamic_cast<Threading::TaskProgressWidget*>(watched))
+                Tell("Task: " + task->GetTask().GetTitle().ToString());
+        if (event->type() != QEvent::Hide)
+            return false;
+        QCoreApplication::processEvents(); // the log is shown now and then only
+        if (auto* const panel = dynamic_cast<App::LogPanel*>(watched))
+            Tell("Log: " + panel->GetShownLines().join('\n'));
+        if (auto* const bar = dynamic_cast<App::NotificationBar*>(watched))
+            Tell("Notification: " + bar->GetShownText());
+        return false;
+    }
+};
+} // namespace
+
+static void InstallProbe() { qApp->installEventFilter(new Probe(qApp)); }
+Q_COREAPP_STARTUP_FUNCTION(InstallProbe)
