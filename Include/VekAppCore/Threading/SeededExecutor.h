@@ -15,8 +15,8 @@ namespace vek::Threading
 /// WaitForAll and Clear: what is posted may hold the executor, as tasks do.
 ///
 /// @code
-/// const auto seeded = std::make_shared<SeededExecutor>(42);
-/// TaskExecutor executor(seeded);
+/// const auto seeded = std::make_shared<Threading::SeededExecutor>(42);
+/// Threading::TaskExecutor executor(seeded);
 /// @endcode
 class VEKAPPCORE_EXPORT SeededExecutor : public ITaskExecutorImpl
 {
