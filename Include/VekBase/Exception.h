@@ -20,6 +20,7 @@ public:
     ExceptionBase(const ExceptionBase&) noexcept = default;
     ExceptionBase& operator=(const ExceptionBase&) noexcept = default;
 
+    /// Where it was thrown.
     [[nodiscard]] const std::source_location& GetLocation() const noexcept { return m_location; }
 
 private:

@@ -17,9 +17,13 @@ public:
     FeatureToggle& operator=(const FeatureToggle&) = delete;
     ~FeatureToggle();
 
+    /// As given when it was made.
     [[nodiscard]] const std::string& GetName() const noexcept { return m_name; }
+    /// @{
+    /// The present state, and its change. Other threads see it without being synchronised.
     [[nodiscard]] bool IsOn() const noexcept { return m_isOn.load(std::memory_order_relaxed); }
     void Set(bool isOn) noexcept { m_isOn.store(isOn, std::memory_order_relaxed); }
+    /// @}
 
     /// The living toggle of that name, the first made of several; null when there is none.
     [[nodiscard]] static FeatureToggle* Find(std::string_view name);

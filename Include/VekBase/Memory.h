@@ -30,6 +30,7 @@ public:
 template <typename T>
 struct Allocator
 {
+    /// What the standard library asks of an allocator.
     using value_type = T;
 
     Allocator() noexcept = default;
@@ -47,6 +48,7 @@ struct Allocator
         else
             return static_cast<T*>(AllocatedObject::operator new(bytes));
     }
+    /// Gives back what allocate returned.
     void deallocate(T* memory, std::size_t) noexcept
     {
         if constexpr (isWide)

@@ -28,7 +28,7 @@ class MoveOnlyFunction<R(Args...)>
 public:
     /// Empty.
     MoveOnlyFunction() noexcept = default;
-    MoveOnlyFunction(std::nullptr_t) noexcept {}
+    MoveOnlyFunction(std::nullptr_t) noexcept {} ///< Empty.
 
     /// @param function  a null pointer or an empty function object gives an empty one.
     template <typename Function>

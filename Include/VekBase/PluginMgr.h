@@ -23,10 +23,13 @@ public:
 class VEKBASE_EXPORT PluginException : public Exception::CriticalException
 {
 public:
+    /// @param file    in the message and in GetFile.
+    /// @param reason  why it could not be loaded; not translated.
     PluginException(const QString& file, const QString& reason,
                     const std::source_location& where = std::source_location::current());
     ~PluginException() override;
 
+    /// As it was given to the one who loads.
     [[nodiscard]] const QString& GetFile() const noexcept { return m_file; }
 
 private:
@@ -46,7 +49,9 @@ public:
     PluginOwner& operator=(const PluginOwner&) = delete;
     ~PluginOwner();
 
+    /// As it was given to the constructor.
     [[nodiscard]] const QString& GetFile() const noexcept { return m_file; }
+    /// What the entry point made; lives as long as this owner.
     [[nodiscard]] IPlugin& GetPlugin() const noexcept { return *m_plugin; }
 
 private:
@@ -71,8 +76,10 @@ public:
 class VEKBASE_EXPORT PluginMgr
 {
 public:
+    /// Called once for every plug-in that is loaded.
     using InitExtensionFactory = std::function<std::unique_ptr<IInitExtension>()>;
 
+    /// Made by the first call.
     static PluginMgr& GetInstance();
 
     /// Keeps a factory whose extension is applied to every plug-in loaded from now on. Called at static

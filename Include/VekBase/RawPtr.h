@@ -93,12 +93,21 @@ inline constexpr bool isSafeObject<QWidget> = false;
 /// tested and copied on any thread; separate RawPtr objects on separate threads need no lock. What it points
 /// to is used on the thread that may destroy the object, where a RawPtr to a QObject is also converted to one
 /// of another type.
+///
+/// @code
+/// auto object = std::make_unique<QObject>();
+/// const RawPtr<QObject> pointer = object.get();
+/// object.reset();
+/// if (!pointer)
+///     qDebug("It has died.");
+/// @endcode
 template <typename T>
 class RawPtr
 {
 public:
     RawPtr() noexcept = default;
-    RawPtr(std::nullptr_t) noexcept {}
+    RawPtr(std::nullptr_t) noexcept {} ///< Null.
+    /// @param object  not owned, and may be null.
     RawPtr(T* object) : m_watch(object) {}
     template <typename U>
         requires(!std::same_as<U, T> && std::convertible_to<U*, T*>)

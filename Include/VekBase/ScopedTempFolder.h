@@ -15,6 +15,7 @@ public:
     ScopedTempFolder& operator=(const ScopedTempFolder&) = delete;
     ~ScopedTempFolder();
 
+    /// Absolute, with forward slashes, and none at its end.
     [[nodiscard]] const QString& GetPath() const noexcept { return m_path; }
 
     /// The path of the active one; empty when none lives.

@@ -24,7 +24,9 @@ public:
     SignalBase(const SignalBase&) = delete;
     SignalBase& operator=(const SignalBase&) = delete;
 
+    /// False while none is connected, which an owner may use to save the work of emitting.
     [[nodiscard]] bool HasConnections() const noexcept;
+    /// Leaves every connection unconnected; also within an emission, which then calls nobody any more.
     void DisconnectAll() noexcept;
 
 protected:
@@ -124,10 +126,17 @@ class Signal;
 /// A list of callbacks. A callback may do anything: disconnect itself or others, connect more (they are
 /// called from the next emission on), emit again, destroy the signal. When it throws, the exception leaves
 /// Emit and the callbacks behind it are not called; the signal stays usable.
+///
+/// @code
+/// Signal<void(int)> changed;
+/// const Connection connection = changed.Connect([](int value) { qDebug() << value; });
+/// changed.Emit(3);
+/// @endcode
 template <typename... Args>
 class Signal<void(Args...)> : public SignalBase
 {
 public:
+    /// Called by value of the arguments, one copy a callback.
     using Callback = MoveOnlyFunction<void(Args...)>;
 
     Signal() noexcept = default;

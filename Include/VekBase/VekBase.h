@@ -17,3 +17,16 @@
 #include "VekBase/TBBHelper.h"
 #include "VekBase/TypeName.h"
 #include "VekBase/Verbosity.h"
+
+/// @defgroup Base Base library
+/// What needs QtCore only: memory, scopes, safe pointers, signals, the root of the exceptions, command line,
+/// threads, plug-ins, feature toggles.
+
+/// @namespace vek
+/// The library.
+
+/// @namespace vek::Log
+/// The weight of what is logged; the log itself is in App.
+
+/// @namespace vek::Debug
+/// Switches for developers.
