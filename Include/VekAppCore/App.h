@@ -19,3 +19,13 @@
 #include "VekAppCore/App/ServiceBase.h"
 #include "VekAppCore/App/ServiceManager.h"
 #include "VekAppCore/App/Translations.h"
+
+/// @defgroup App Application
+/// Services and their declarations, the application frame with its configuration and folders, log and
+/// notifications, exceptions and their reporting, translations, the table of features.
+
+/// @namespace vek::App
+/// The application and what its parts share; also the trees of values and the settings.
+
+/// @namespace vek::Declaration
+/// How modules declare what they bring.

@@ -24,8 +24,8 @@ using VersionNumber = std::array<int, 4>;
 /// Where usage analytics are sent.
 struct GoogleAnalytics4DataStream
 {
-    QString measurementId;
-    QString apiSecret;
+    QString measurementId; ///< "G-..."; without it nothing is sent to the stream.
+    QString apiSecret;     ///< Of the stream, not of the user.
 };
 
 /// What an application tells the library about itself when it starts. Texts are not translated.
@@ -37,18 +37,20 @@ struct AppConfiguration
     QString copyright;        ///< As shown in the about box.
 
     QString splashImage = QStringLiteral("SPLASHIMAGE"); ///< Name of the image's resource.
-    QString splashImageFormat = QStringLiteral("PNG");
-    int splashTextTop = 196; ///< Of the text on the splash image, in pixels.
-    QColor splashTextColor = QColor(150, 150, 150, 255);
+    QString splashImageFormat = QStringLiteral("PNG");   ///< As QImageReader names it.
+    int splashTextTop = 196;                             ///< Of the text on the splash image, in pixels.
+    QColor splashTextColor = QColor(150, 150, 150, 255); ///< Of that text.
 
     QString organizationName = QStringLiteral("Ostrafel"); ///< Qt's organisation name: standard folders.
     QString settingsOrganizationName = QStringLiteral("Ostrafel"); ///< Under which settings are kept.
-    QString organizationDomain;
+    QString organizationDomain; ///< Qt's organisation domain; part of the place of the settings on macOS.
 
     QStringList fileExtensions; ///< Of the documents that the application opens, without dot.
     QStringList languages;      ///< It is translated into, as "fr" or "pt_BR".
     QStringList sampleFiles;    ///< Offered on the welcome page.
 
+    /// @{
+    /// What the program does, which it asks itself; all off unless they are set.
     bool hasSplashScreen = false;
     bool isSingleInstance = false;
     bool acceptsDroppedFiles = false;
@@ -57,28 +59,34 @@ struct AppConfiguration
     bool sendsUsageStatistics = false;
     bool showsWelcomePage = false;
     bool showsLogPanel = false;
+    /// @}
+
     bool isDevFeatureAllowed = false; ///< Features for developers are on.
 
-    QStringList documentationFiles;
-    int shownVersionNumbers = 3; ///< How many of the four version numbers users see.
+    QStringList documentationFiles; ///< Offered in the help menu.
+    int shownVersionNumbers = 3;    ///< How many of the four version numbers users see.
 
     bool isInTouchMode = false; ///< At start.
 
     QString applicationFile; ///< See GetApplicationPath.
+    /// @{
+    /// Resources, files and addresses that windows show; empty where there is none.
     QString iconResource;
     QString styleResource;
     QString websiteAddress;
     QString supportAddress;
-    QString updateAddress; ///< Asked for a newer version.
-    QString licenseFile;
-    QString releaseNotesFile;
-    QString analyticsTrackingId;
+    /// @}
+
+    QString updateAddress;       ///< Asked for a newer version.
+    QString licenseFile;         ///< Shown in the about box.
+    QString releaseNotesFile;    ///< Shown after an update.
+    QString analyticsTrackingId; ///< Of the Universal Analytics property.
     /// Of the collection host of Google Analytics: scheme, host and, where it is an unusual one, port.
     QString analyticsAddress = QStringLiteral("https://www.google-analytics.com");
 
-    EAppType appType = static_cast<EAppType>(-1);
-    VersionNumber version{};       ///< Of the application.
-    VersionNumber secondVersion{}; ///< Of what it is built on: a suite or an installer.
-    GoogleAnalytics4DataStream analyticsStream;
+    EAppType appType = static_cast<EAppType>(-1); ///< A build without flavour unless it is set.
+    VersionNumber version{};                      ///< Of the application.
+    VersionNumber secondVersion{};                ///< Of what it is built on: a suite or an installer.
+    GoogleAnalytics4DataStream analyticsStream;   ///< Of the GA4 property.
 };
 } // namespace vek::App

@@ -3,6 +3,7 @@
 #include <functional>
 #include <source_location>
 
+/// @file
 /// What the rest of the program asks of the application. Everything but SetApp may be asked from any thread;
 /// without an application the answers are neutral.
 namespace vek::App
@@ -22,8 +23,11 @@ VEKAPPCORE_EXPORT void SetApp(RawPtr<IApp> app);
 /// True when the application's name contains "Demonstrator".
 [[nodiscard]] VEKAPPCORE_EXPORT bool IsDemonstrator();
 
+/// @{
+/// @return false without an application.
 [[nodiscard]] VEKAPPCORE_EXPORT bool IsDevFeatureAllowed();
 [[nodiscard]] VEKAPPCORE_EXPORT bool IsAppInTouchMode();
+/// @}
 
 /// May be null.
 [[nodiscard]] VEKAPPCORE_EXPORT RawPtr<QWidget> GetMainWidget();

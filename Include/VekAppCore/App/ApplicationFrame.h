@@ -34,8 +34,10 @@ public:
 
     /// @param widget  stays the caller's.
     void SetMainWidget(RawPtr<QWidget> widget);
+    /// Nobody is told: whoever makes a window asks IsAppInTouchMode.
     void SetTouchMode(bool isOn);
 
+    /// Lives as long as the frame, whose end waits for its tasks.
     [[nodiscard]] Threading::TaskExecutor& GetTaskExecutor();
 
     RawPtr<Threading::IEventHolder> GetPostEventTarget() override;

@@ -67,6 +67,7 @@ template <typename TContext>
 class DeclarationSystemExtension final : public IDeclarationSystemExtension
 {
 public:
+    /// Run on the main thread.
     using Callback = MoveOnlyFunction<void(TContext&)>;
 
     /// @param declared  what the callback declares, for DeclarationSystem::List.
@@ -107,6 +108,7 @@ private:
 class VEKAPPCORE_EXPORT DeclarationSystem
 {
 public:
+    /// Made by the first call.
     static DeclarationSystem& GetInstance();
 
     DeclarationSystem(const DeclarationSystem&) = delete;
@@ -129,6 +131,8 @@ public:
         return static_cast<DeclarationSystemExtension<TContext>*>(_Find(typeid(TContext)));
     }
 
+    /// Adds a callback to the extension of TContext, which is made when there is none yet.
+    /// @param declared  what it declares, for List.
     template <typename TContext>
     void Append(typename DeclarationSystemExtension<TContext>::Callback callback, std::string declared = {},
                 const std::source_location& by = std::source_location::current())
@@ -158,6 +162,7 @@ public:
     /// What is declared, in order of declaring.
     [[nodiscard]] std::vector<DeclarationInfo> List() const;
 
+    /// Context types that somebody has asked for by GetExtension.
     [[nodiscard]] std::size_t GetExtensionCount() const noexcept { return m_extensions.size(); }
 
 private:

@@ -11,12 +11,14 @@ namespace vek::Exception
 class VEKAPPCORE_EXPORT AppException : public ExceptionBase
 {
 public:
+    /// @param message  for the user; shown in the language of the moment in which it is shown.
     explicit AppException(const TrString& message,
                           const std::source_location& where = std::source_location::current());
     ~AppException() override;
     AppException(const AppException&) = default;
     AppException& operator=(const AppException&) = default;
 
+    /// What the user reads.
     [[nodiscard]] const TrString& GetMessage() const noexcept { return m_message; }
     [[nodiscard]] const char* what() const noexcept override;
 
@@ -29,6 +31,7 @@ private:
 class VEKAPPCORE_EXPORT InternalAppException : public AppException
 {
 public:
+    /// @param message  not translated.
     explicit InternalAppException(const QString& message,
                                   const std::source_location& where = std::source_location::current());
     ~InternalAppException() override;

@@ -12,6 +12,7 @@ namespace vek::App
 class VEKAPPCORE_EXPORT IFactoryService : public IService<IFactoryService>
 {
 public:
+    /// Makes a new object with every call.
     using Factory = std::function<std::unique_ptr<IObject>()>;
 
     ~IFactoryService() override;
@@ -25,6 +26,8 @@ public:
     /// A new object; null when no factory was added under @p key.
     virtual std::unique_ptr<IObject> CreateObject(std::type_index key) = 0;
 
+    /// Adds a factory of Implementation, by its default constructor, under the type of Interface; false as
+    /// AddFactory.
     template <std::derived_from<IObject> Interface, std::derived_from<Interface> Implementation>
     bool Add()
     {
@@ -33,6 +36,7 @@ public:
         });
     }
 
+    /// A new object of what was added for Interface, the caller's; null when nothing was.
     template <std::derived_from<IObject> Interface>
     [[nodiscard]] std::unique_ptr<Interface> Create()
     {
@@ -40,5 +44,6 @@ public:
     }
 };
 
+/// An empty one; CreateServiceManager adds one by itself.
 [[nodiscard]] VEKAPPCORE_EXPORT std::unique_ptr<IFactoryService> CreateFactoryService();
 } // namespace vek::App

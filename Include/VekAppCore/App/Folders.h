@@ -2,6 +2,7 @@
 #include "VekAppCore/Export.h"
 #include <QString>
 
+/// @file
 /// Standard folders, absolute, with forward slashes and none at the end. Thread-safe.
 namespace vek::App
 {
@@ -21,8 +22,11 @@ namespace vek::App
 /// path.
 VEKAPPCORE_EXPORT QString CreateDirNoSettingSuffix(QString& path);
 
+/// @{
+/// Fixed folders within the temporary root; not created.
 [[nodiscard]] VEKAPPCORE_EXPORT QString GetTempAppImageDir();
 [[nodiscard]] VEKAPPCORE_EXPORT QString GetTempSdkDir();
+/// @}
 
 /// The active ScopedTempFolder, or the temporary root when there is none.
 [[nodiscard]] VEKAPPCORE_EXPORT QString GetTempDir();

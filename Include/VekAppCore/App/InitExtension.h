@@ -20,8 +20,10 @@ public:
 class VEKAPPCORE_EXPORT GenericInitExtension : public IO::IInitExtension
 {
 public:
+    /// Called on the main thread, right after the module was loaded; what it throws rejects the plug-in.
     using Callback = std::function<void(IO::PluginOwner&, IAppPlugin&)>;
 
+    /// @param priority  lower ones are applied first.
     GenericInitExtension(Callback callback, int priority);
     ~GenericInitExtension() override;
     [[nodiscard]] int GetPriority() const override;

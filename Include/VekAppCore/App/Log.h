@@ -6,6 +6,7 @@
 
 namespace vek::App
 {
+/// Gets every line, from any thread, also from several at once. What it throws leaves Log.
 using LogCallback = MoveOnlyFunction<void(Log::Verbosity, const QString&)>;
 
 /// Hands a line to the installed callback, then echoes it to standard output when its verbosity is Error,

@@ -8,12 +8,13 @@
 
 namespace vek::App
 {
-/// A log file of bounded size: when it is full it is renamed to <name>.1, the one before to <name>.2 and so
+/// A log file of bounded size: when it is full it is renamed to "name.1", the one before to "name.2" and so
 /// on, and a new one is begun. It holds whole lines only, also after a full disk or a killed process.
 /// Thread-safe.
 class VEKAPPCORE_EXPORT LogFile
 {
 public:
+    /// Bounds of the space that the files take.
     struct Options
     {
         qint64 mostBytes = 10'485'760; ///< Of one file.
@@ -24,6 +25,7 @@ public:
     /// @throws Exception::InternalAppException  the file cannot be opened; the message names it and the
     /// reason.
     explicit LogFile(const QString& file);
+    /// The same with other bounds.
     LogFile(const QString& file, const Options& options);
     ~LogFile();
     LogFile(const LogFile&) = delete;
@@ -37,6 +39,7 @@ public:
     /// Installs a log file in front of the present log callback; it lives until the callback is replaced.
     /// @throws as the constructor.
     static void Install(const QString& file);
+    /// The same with other bounds.
     static void Install(const QString& file, const Options& options);
 
 private:

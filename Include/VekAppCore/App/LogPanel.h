@@ -23,10 +23,12 @@ public:
     /// Shows lines that contain @p text, in whatever case; all when it is empty.
     void SetTextFilter(const QString& text);
 
+    /// Kept, whether or not they pass the filters.
     [[nodiscard]] int GetLineCount() const;
     /// Lines that pass the filters, oldest first, as shown.
     [[nodiscard]] QStringList GetShownLines() const;
 
+    /// Forgets the lines; the filters stay.
     void Clear();
 
 private:

@@ -1,6 +1,7 @@
 #pragma once
 #include "VekAppCore/Export.h"
 
+/// @file
 /// A run in no-settings mode neither reads nor changes the user's real settings and data. Decided at
 /// start-up, before the first store or folder is used.
 namespace vek::App

@@ -17,6 +17,7 @@ public:
     explicit NotificationBar(QWidget* window);
     ~NotificationBar() override;
 
+    /// In front of those that wait.
     void Show(const NotifierMessage& message);
 
     /// How long messages that are no errors or warnings stay, from Show on, for those shown after this call;

@@ -67,7 +67,27 @@ int RegisterService([[maybe_unused]] const App::DeclarationServiceOptions* optio
 #define VEK_DETAILS_JOIN_2(a, b) a##b
 #define VEK_DETAILS_JOIN(a, b) VEK_DETAILS_JOIN_2(a, b)
 
-/// Declares a service in one line at namespace scope of a source file: VEK_DECLARE_SERVICE(IFoo, Foo);
+/// Declares a service in one line at namespace scope of a source file.
+///
+/// @code
+/// class IClock : public App::IService<IClock>
+/// {
+/// public:
+///     virtual QTime GetTime() const = 0;
+/// };
+///
+/// class Clock final : public IClock
+/// {
+/// public:
+///     QTime GetTime() const override { return QTime::currentTime(); }
+/// };
+/// VEK_DECLARE_SERVICE(IClock, Clock);
+///
+/// QTime Ask()
+/// {
+///     return App::Services().Require<IClock>().GetTime();
+/// }
+/// @endcode
 #define VEK_DECLARE_SERVICE(Interface, Implementation)                                                       \
     [[maybe_unused]] static const int VEK_DETAILS_JOIN(vekDeclaredService, __COUNTER__) =                    \
         ::vek::Declaration::RegisterService<Interface, Implementation>(nullptr)

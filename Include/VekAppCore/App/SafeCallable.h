@@ -14,6 +14,7 @@ template <typename Function>
 class SafeCallable
 {
 public:
+    /// @param where  stands in the report.
     explicit SafeCallable(Function function,
                           const std::source_location& where = std::source_location::current())
         : m_function(std::move(function)), m_where(where)

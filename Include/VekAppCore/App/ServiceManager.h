@@ -32,6 +32,7 @@ public:
     /// Calls IServiceBase::OnNotify on every service.
     virtual void NotifyServices() = 0;
 
+    /// Destroys them in no particular order.
     virtual void RemoveAllServices() = 0;
 
     /// Takes @p service over. The first registration wins: where there is a service already, the new one is

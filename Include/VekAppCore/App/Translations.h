@@ -16,7 +16,7 @@ class VEKAPPCORE_EXPORT ITranslationDeclarationCtx
 public:
     virtual ~ITranslationDeclarationCtx();
 
-    /// Declares translation files <folder>/<name>_<language>.qm; the folder may be in the resources.
+    /// Declares translation files "folder/name_language.qm"; the folder may be in the resources.
     virtual void AddTranslation(const QString& folder, const QString& name) = 0;
 };
 

@@ -11,6 +11,7 @@ namespace vek::App
 class VEKAPPCOREWIDGETS_EXPORT VekQApplication : public QApplication
 {
 public:
+    /// As those of QApplication: @p argc and @p argv must live as long as the application.
     VekQApplication(int& argc, char** argv);
     ~VekQApplication() override;
 
