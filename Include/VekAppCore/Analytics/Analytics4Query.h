@@ -14,12 +14,13 @@ namespace vek::Analytics
 class VEKAPPCORE_EXPORT Analytics4Query : public IMeasurementQuery
 {
 public:
+    /// What happened, with parameters of any names.
     struct VEKAPPCORE_EXPORT Event
     {
-        QString name;
+        QString name; ///< Letters, digits and "_".
         std::vector<std::pair<QString, QJsonValue>>
-            parameters; ///< In order; of equal keys the last one counts.
-        bool isDebug = false;
+            parameters;       ///< In order; of equal keys the last one counts.
+        bool isDebug = false; ///< Shown in the debug view of the property.
 
         /// @param milliseconds  that the user was engaged.
         void SetEngagement(double milliseconds);
@@ -29,13 +30,20 @@ public:
     };
 
     Analytics4Query() = default;
+    /// @{
+    /// A query of one or several events; more may be added.
     explicit Analytics4Query(const Event& event);
     Analytics4Query(std::initializer_list<Event> events);
+    /// @}
 
+    /// @{
+    /// What the query says, who sends it and to which stream.
     void AddEvent(const Event& event);
     void SetClientID(const QString& id) { m_clientId = id; }
     void SetMeasurementID(const QString& id) { m_measurementId = id; }
     void SetApiSecretID(const QString& secret) { m_apiSecret = secret; }
+    /// @}
+
     /// @param microseconds  since 1970, UTC.
     void SetTimestamp(quint64 microseconds) { m_timestamp = microseconds; }
     /// Names and values.
@@ -63,11 +71,14 @@ struct VEKAPPCORE_EXPORT OldEvent : Analytics4Query::Event
     OldEvent(const QString& category, const QString& action, const QString& label, int value);
 };
 
+/// The user is on a page.
 struct VEKAPPCORE_EXPORT PageViewEvent : Analytics4Query::Event
 {
+    /// @param page  begins with "/".
     explicit PageViewEvent(const QString& page);
 };
 
+/// How long something took.
 struct VEKAPPCORE_EXPORT TimingEvent : Analytics4Query::Event
 {
     /// @param milliseconds  are sent whole, without what is behind the point.

@@ -55,6 +55,7 @@ public:
     /// @param value  is left out when it is negative.
     void SendEvent(const QString& category, const QString& action, const QString& label = {},
                    int value = -1) const;
+    /// @param label  may be empty.
     void SendTiming(const QString& category, const QString& name,
                     std::chrono::duration<double, std::milli> duration, const QString& label = {}) const;
     /// Opens the page "/Crash" and sends all that is pending.
@@ -65,10 +66,16 @@ public:
     /// Sets it without a report, and forgets which pages are open.
     void ResetCurrentPage(const QString& page);
 
+    /// @{
+    /// As those of GoogleAnalyticsService; nothing, and false, before PostRegistration.
     void SetDebug(bool isDebug);
     [[nodiscard]] bool IsDebug() const;
+    /// @}
+
+    /// Goes with every report from now on; dropped before PostRegistration.
     void SetApplicationMode(ApplicationMode mode);
 
+    /// Begins to send; PostRegistration does it.
     void Start();
     /// Sends what is pending; takes 200 ms at most.
     void Stop();

@@ -39,12 +39,12 @@ public:
     /// What has been handed to the HTTP service.
     struct Sent
     {
-        QDateTime time;
-        QString path;
-        QString payload;
+        QDateTime time;  ///< When.
+        QString path;    ///< Of the address.
+        QString payload; ///< The body, as it went.
     };
-    static constexpr std::size_t mostSentKept = 50;
-    static constexpr std::size_t mostPending = 1000;
+    static constexpr std::size_t mostSentKept = 50;  ///< GetSent has the last ones.
+    static constexpr std::size_t mostPending = 1000; ///< Queries; the oldest are dropped.
 
     GoogleAnalyticsService();
     /// As Stop.
@@ -67,19 +67,25 @@ public:
     void SetSuppressing(bool isSuppressing);
     /// Reports go to the "/debug" paths, and the answers into the log, at level 4.
     void SetDebug(bool isDebug);
+    /// False at first.
     [[nodiscard]] bool IsDebug() const;
 
     /// Sends the query with the next batch: with 20 that are pending, or within 60 seconds. Of more than 1000
     /// that are pending, the oldest are dropped.
     /// @param flush  at once.
     void BatchQuery(const UniversalAnalyticsQuery& query, bool flush);
+    /// @{
     /// Sends it at once, by the thread. The future may be dropped, as that of SendEvent; both are a broken
     /// promise where nothing is sent.
     std::future<QString> SendQuery(const UniversalAnalyticsQuery& query);
     std::future<QString> SendEvent(const Analytics4Query::Event& event);
+    /// @}
 
+    /// @{
+    /// Reports the begin and the end of a session, at once.
     void StartSession(const QString& page);
     void StopSession();
+    /// @}
 
     /// Starts the thread.
     void Start();

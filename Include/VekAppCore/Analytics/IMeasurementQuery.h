@@ -13,7 +13,9 @@ public:
 
     /// The body.
     [[nodiscard]] virtual QString GetPayload() const = 0;
+    /// What stands in the URL.
     [[nodiscard]] virtual QUrlQuery GetUrlQuery() const = 0;
+    /// False where the collection host would refuse it; then it is not sent.
     [[nodiscard]] virtual bool isValid() const = 0;
 
 protected:

@@ -20,10 +20,13 @@ public:
     HttpException& operator=(const HttpException&) = default;
 
     [[nodiscard]] const char* what() const noexcept override { return m_what.c_str(); }
+    /// As it was given to the constructor.
     [[nodiscard]] const QString& GetText() const noexcept { return m_text; }
     /// After redirections.
     [[nodiscard]] const QUrl& GetUrl() const noexcept { return m_url; }
+    /// Of HTTP; 0 where no answer came.
     [[nodiscard]] int GetStatusCode() const noexcept { return m_statusCode; }
+    /// A QNetworkReply::NetworkError.
     [[nodiscard]] int GetErrorCode() const noexcept { return m_errorCode; }
 
 private:

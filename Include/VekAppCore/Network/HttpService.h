@@ -22,12 +22,18 @@ class HttpSender;
 /// error, such as 204, and where the service dies first. Redirections are followed, but not from HTTPS to
 /// HTTP. A future that nobody wants may be dropped. Cookies are neither kept nor sent. It needs a
 /// QCoreApplication.
+///
+/// @code
+/// auto& http = App::Services().Require<Network::HttpService>();
+/// std::future<QString> answer = http.SendGetRequest(QUrl("https://example.com/version"), {});
+/// @endcode
 class VEKAPPCORE_EXPORT HttpService final : public App::IService<HttpService>
 {
 public:
     /// Names and values, UTF-8. One named like a header of ours, in whatever case, replaces it.
     using Headers = std::map<QString, QString>;
 
+    /// Of a body, unpacked, unless SetMostBytes says otherwise.
     static constexpr qint64 usualMostBytes = 64 * 1024 * 1024;
 
     /// Requests wait for Start.
@@ -59,6 +65,7 @@ public:
     /// Starts the thread; the declaration of the service does so.
     /// @throws Exception::InternalAppException  it has been started.
     void Start();
+    /// Called by the declaration of the service.
     void PostRegistration() { Start(); }
 
 private:
@@ -80,13 +87,16 @@ private:
 class VEKAPPCORE_EXPORT HttpSender
 {
 public:
+    /// @{
     /// As the members of the service.
     [[nodiscard]] std::future<QString> SendGetRequest(const QUrl& url, const QUrlQuery& query,
                                                       const HttpService::Headers& headers = {}) const;
     [[nodiscard]] std::future<QString> SendPostRequest(const QUrl& url, const QUrlQuery& query,
                                                        const QString& body,
                                                        const HttpService::Headers& headers = {}) const;
+    /// @}
 
+    /// @{
     /// For one who has no thread to wait with.
     /// @param timeout  in the place of that of the service.
     /// @param onEnd  called once, with a future that is ready: on the thread of the service, or at once where
@@ -96,6 +106,7 @@ public:
     void SendPostRequest(const QUrl& url, const QUrlQuery& query, const QString& body,
                          std::chrono::milliseconds timeout,
                          MoveOnlyFunction<void(std::future<QString>)> onEnd) const;
+    /// @}
 
 private:
     friend class HttpService;
