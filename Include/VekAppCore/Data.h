@@ -6,3 +6,7 @@
 #include "VekAppCore/Data/VekQVariant.h"
 #include "VekAppCore/Data/VekQVariantDescriptorBase.h"
 #include "VekAppCore/Data/VekQVariantMap.h"
+
+/// @defgroup Data Tree of values
+/// Variants that are maps, lists or values, with typed access, a binary stream and JSON. See [data
+/// model](Docs/DataModel.md).

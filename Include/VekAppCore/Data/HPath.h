@@ -13,13 +13,18 @@ class VEKAPPCORE_EXPORT HPath
 public:
     /// To the node itself.
     HPath() = default;
+    /// @{
     /// @param path  segments with slashes between them; empty ones are left out ("a//b/" has two).
     HPath(const QString& path);
     HPath(const char* path);
+    /// @}
+
     /// @param segments  taken as they are, slashes included.
     HPath(QList<QString> segments) noexcept : m_segments(std::move(segments)) {}
 
+    /// The outermost first.
     [[nodiscard]] const QList<QString>& GetSegments() const noexcept { return m_segments; }
+    /// It leads to the node itself.
     [[nodiscard]] bool IsEmpty() const noexcept { return m_segments.isEmpty(); }
 
     /// One step further.

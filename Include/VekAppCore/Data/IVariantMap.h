@@ -14,6 +14,7 @@ class VEKAPPCORE_EXPORT IVariantMap : protected VekQVariantDetails::VariantAcces
 public:
     virtual ~IVariantMap();
 
+    /// There is a value under this key.
     [[nodiscard]] virtual bool Contains(const QString& key) const = 0;
 
     /// The keys that begin with @p prefix, as text: "ab" finds "abc" and "ab/x" alike. Every store says what
@@ -22,18 +23,26 @@ public:
 
     /// @return false when there was nothing to remove.
     virtual bool RemoveValue(const QString& key) = 0;
+    /// Removes all values, whatever groups are open.
     virtual void ClearValues() = 0;
+    /// @{
+    /// Names are relative to @p name, within the groups that are open, until EndGroup; see ScopeGroup.
     virtual void BeginGroup(const QString& name) = 0;
     virtual void EndGroup() = 0;
+    /// @}
+
+    /// Typed, unless a store says otherwise.
     [[nodiscard]] virtual EVariantStoreFormat PreferedStoreFormat() const;
 
     /// An invalid value when there is none.
     [[nodiscard]] virtual VekQVariant GetValueAsVariant(const QString& key) const = 0;
+    /// Keeps @p value as it is; see SetValue.
     virtual void SetValueAsVariant(const QString& key, VekQVariant value) = 0;
 
     /// Takes over every value of @p other; what only this one has stays.
     void Append(const IVariantMap& other);
 
+    /// The key "group/key" has a value.
     [[nodiscard]] bool Contains(const QString& group, const QString& key) const;
 
     /// Removes what AllKeys gives, by RemoveValue: within a group that prefixes full keys once more, and
@@ -56,6 +65,7 @@ public:
         else
             return VariantConverter<T>::FromVariant(VariantAccessor::GetValue(node));
     }
+    /// The same, or @p defaultValue.
     template <typename T>
     [[nodiscard]] T GetValue(const QString& key, T defaultValue) const
     {

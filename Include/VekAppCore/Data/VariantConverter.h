@@ -64,6 +64,7 @@ concept TextMap = requires
 template <typename T>
 struct VariantConverter
 {
+    /// @p value as the stores keep it.
     [[nodiscard]] static QVariant ToVariant(const T& value, EVariantStoreFormat format)
     {
         QVariant variant = QVariant::fromValue(value);
@@ -80,6 +81,7 @@ struct VariantConverter
     }
 };
 
+/// Kept as it is in any format.
 template <>
 struct VariantConverter<QVariant>
 {
@@ -87,6 +89,7 @@ struct VariantConverter<QVariant>
     [[nodiscard]] static std::optional<QVariant> FromVariant(const QVariant& variant) { return variant; }
 };
 
+/// Kept as a QString; UTF-8.
 template <>
 struct VariantConverter<std::string>
 {

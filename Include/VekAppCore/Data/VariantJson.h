@@ -3,12 +3,14 @@
 #include <QJsonValue>
 #include <QStringList>
 
+/// @file
 /// Trees as JSON. Reentrant.
 namespace vek::App
 {
+/// A tree, and what JSON could not say of it.
 struct VariantJson
 {
-    QJsonValue value;
+    QJsonValue value; ///< An object, array or value.
     /// What JSON has no place for, one line a node with its path: it is left out, or kept as text, as it
     /// says.
     QStringList losses;

@@ -57,8 +57,9 @@ public:
     }
     ~VekQVariant() = default;
 
-    /// A node that owns @p value.
+    /// A node that owns @p value; others than the library use From.
     [[nodiscard]] static VekQVariant FromQVariant(QVariant value, VekQVariantDetails::VariantAccessor::Tag);
+    /// A node that owns @p value, of any type of Qt's meta-type system.
     template <typename T>
     [[nodiscard]] static VekQVariant From(const T& value)
     {
@@ -80,15 +81,20 @@ public:
     /// @throws std::out_of_range  it is too short.
     const VekQVariant& operator[](quint64 index) const;
 
+    /// @{
     /// The node at the end of @p path; null when there is none. Goes through maps only: the elements of a
     /// list are not found.
     [[nodiscard]] VekQVariant* Find(const HPath& path);
     [[nodiscard]] const VekQVariant* Find(const HPath& path) const;
+    /// @}
+
+    /// @{
     /// The same, without taking the text apart first.
     [[nodiscard]] VekQVariant* Find(const QString& path);
     [[nodiscard]] const VekQVariant* Find(const QString& path) const;
     [[nodiscard]] VekQVariant* Find(const char* path) { return Find(HPath(path)); }
     [[nodiscard]] const VekQVariant* Find(const char* path) const { return Find(HPath(path)); }
+    /// @}
 
     /// Replaces the held value, for all copies of a shared node.
     template <typename T>
@@ -100,6 +106,7 @@ public:
     /// The held value.
     [[nodiscard]] QVariant ToQVariant() const { return _Value(); }
 
+    /// @{
     /// The held value, to be read and changed in place.
     /// @throws Exception::WrongTypeException  it is no T.
     template <typename T>
@@ -116,6 +123,8 @@ public:
             _ThrowWrongType(where);
         return *static_cast<const T*>(_Value().constData());
     }
+    /// @}
+
     /// The held value is exactly a T.
     template <typename T>
     [[nodiscard]] bool Is() const
@@ -133,6 +142,7 @@ public:
     void Share();
     /// Takes a copy of the shared value as its own; the other copies keep sharing.
     void Unshare();
+    /// Copies of it share the value.
     [[nodiscard]] bool IsShared() const noexcept { return m_value.index() == 1; }
 
     /// Swaps the values, not who shares them: the copies of a shared node see the new one.
@@ -147,10 +157,12 @@ public:
     /// For display; see Convert::ToString.
     [[nodiscard]] QString ToString(const Convert::ListUnitNumberOptions& options = {}) const;
 
+    /// @{
     /// Calls @p visitor for this node and all below it: a parent before its children, in the order of keys
     /// and indices. It may change the node that it is given.
     void Traverse(const std::function<void(const HPath& path, VekQVariant& node)>& visitor);
     void Traverse(const std::function<void(const HPath& path, const VekQVariant& node)>& visitor) const;
+    /// @}
 
     /// Owned values are equal as Qt compares them; shared ones only when they are the same one, whatever they
     /// hold. An owned and a shared one differ.

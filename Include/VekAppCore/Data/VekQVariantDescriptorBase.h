@@ -25,8 +25,11 @@ public:
     VekQVariantDescriptorBase& operator=(const VekQVariantDescriptorBase&) = delete;
     virtual ~VekQVariantDescriptorBase();
 
+    /// @{
+    /// The node that is described.
     [[nodiscard]] VekQVariant& GetValueRef() noexcept { return m_value; }
     [[nodiscard]] const VekQVariant& GetValueRef() const noexcept { return m_value; }
+    /// @}
 
     /// @p name itself, for descriptors that name themselves.
     [[nodiscard]] static TrString DisplayName(TrString name);

@@ -45,13 +45,23 @@ struct KeyLess
 
 /// Named values in memory, and what a node holds to have named children. Keys are full paths with slashes
 /// between their parts. Copies share the entries until one of them is changed. Reentrant.
+///
+/// @code
+/// App::VekQVariantMap map;
+/// map.SetValue("size/x", 120.5);
+/// const std::optional<double> x = map.GetValue<double>("size/x");
+/// const double y = map.GetValue("size/y", 0.0);
+/// @endcode
 class VEKAPPCORE_EXPORT VekQVariantMap : public IVariantMap
 {
 public:
+    /// @{
+    /// Keys and values, in the order of keys.
     using Entries = std::map<QString, VekQVariant, VekQVariantDetails::KeyLess,
                              Allocator<std::pair<const QString, VekQVariant>>>;
     using iterator = Entries::iterator;
     using const_iterator = Entries::const_iterator;
+    /// @}
 
     VekQVariantMap() noexcept;
     VekQVariantMap(const VekQVariantMap&) noexcept;
@@ -83,28 +93,38 @@ public:
     VekQVariant& operator[](const QString& key);
     const VekQVariant& operator[](const QString& key) const { return At(key); }
 
+    /// @{
     /// The entry of exactly this key, whatever groups are open.
     /// @throws Exception::KeyNotFoundException  there is none.
     VekQVariant& At(const QString& key, const std::source_location& where = std::source_location::current());
     const VekQVariant& At(const QString& key,
                           const std::source_location& where = std::source_location::current()) const;
+    /// @}
 
+    /// @{
     /// As At, but null when there is none.
     [[nodiscard]] VekQVariant* Find(QStringView key);
     [[nodiscard]] const VekQVariant* Find(QStringView key) const;
+    /// @}
 
+    /// Of all groups.
     [[nodiscard]] std::size_t Size() const noexcept;
 
+    /// @{
     /// Pairs of key and value, in the order of keys.
     iterator begin();
     iterator end();
     const_iterator begin() const noexcept;
     const_iterator end() const noexcept;
+    /// @}
 
+    /// @{
     /// The text under the key "{type}", whatever groups are open; empty without one.
     [[nodiscard]] QString GetType() const;
     void SetType(const QString& type);
+    /// @}
 
+    /// Of what SetValue keeps from now on.
     void SetPreferedStoreFormat(EVariantStoreFormat format);
 
     /// The open ones, outermost first.
@@ -192,8 +212,11 @@ VEKAPPCORE_EXPORT QDataStream& operator>>(QDataStream& stream, VekQVariantLists&
 
 namespace vek::App
 {
+/// @{
+/// Arrays as saved files have them.
 using VekQVariantMaps = eastl::VekQVariantMaps;
 using VekQVariantLists = eastl::VekQVariantLists;
+/// @}
 } // namespace vek::App
 
 Q_DECLARE_TYPEINFO(vek::App::VekQVariantMap, Q_RELOCATABLE_TYPE);

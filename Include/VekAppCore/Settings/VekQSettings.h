@@ -16,6 +16,7 @@ public:
     VekQSettings();
     /// The user's, in the native format.
     VekQSettings(const QString& organisation, const QString& application);
+    /// Elsewhere, as QSettings takes it.
     VekQSettings(QSettings::Format format, QSettings::Scope scope, const QString& organisation,
                  const QString& application);
     VekQSettings(const VekQSettings&) = delete;
@@ -35,16 +36,23 @@ public:
     [[nodiscard]] VekQVariant GetValueAsVariant(const QString& key) const override;
     void SetValueAsVariant(const QString& key, VekQVariant value) override;
 
+    /// The application.
     [[nodiscard]] QString ApplicationName() const;
     /// The organisation.
     [[nodiscard]] QString CompanyName() const;
+    /// @{
+    /// As given to the constructor.
     [[nodiscard]] QSettings::Format Format() const;
     [[nodiscard]] QSettings::Scope Scope() const;
+    /// @}
+
     /// Of the file; in the Windows registry the path of the key.
     [[nodiscard]] QString GetFileName() const;
+    /// @{
     /// Of the open group.
     [[nodiscard]] QList<QString> ChildGroups() const;
     [[nodiscard]] QList<QString> ChildKeys() const;
+    /// @}
 
     /// The first problem of the storage since the store was opened: no access, or a file that is none of
     /// settings.
@@ -60,13 +68,17 @@ public:
     void BeginWriteArray(const QString& name, int size);
     /// From 0.
     void SetArrayIndex(int index);
+    /// Of the array begun last.
     void EndArray();
 
+    /// @{
     /// BeginReadArray until the scope ends, which this store outlives.
     [[nodiscard]] std::pair<int, ScopeBase> ScopeReadArray(const QString& name);
     [[nodiscard]] ScopeBase ScopeWriteArray(const QString& name, int size);
+    /// @}
 
 protected:
+    /// For derived stores; its groups are those of the store.
     QSettings m_settings;
 };
 
