@@ -10,6 +10,7 @@ namespace vek::QtUtility
 class VEKAPPCORE_EXPORT EventFilter : public QObject
 {
 public:
+    /// @param watched  owns the filter.
     EventFilter(QObject* watched, std::function<void(QEvent*)> callback);
     ~EventFilter() override;
 

@@ -7,6 +7,17 @@ namespace vek::Threading
 {
 /// Starts a task: @p work runs on a worker, then @p then on the main thread. Main thread only.
 ///
+/// @code
+/// Threading::TaskExecutor executor;
+/// Threading::LaunchTask(
+///     executor, TrString::translate("Desk", "Measuring"),
+///     [](Threading::IProgression& progression) {
+///         progression.SetProgression(50);
+///         return 0.05;
+///     },
+///     [](double flatness) { qDebug() << flatness; });
+/// @endcode
+///
 /// The task goes on to its end whether or not anybody keeps the listener.
 /// @param work  takes an IProgression& or nothing, and returns anything. It dies on the worker, when it has
 /// run.
@@ -23,8 +34,8 @@ TaskListener LaunchTask(TaskExecutor& executor, const TrString& title, Work work
 template <typename Result>
 struct FutureTask
 {
-    TaskListener listener;
-    std::future<Result> future;
+    TaskListener listener;      ///< Of the task.
+    std::future<Result> future; ///< Abandoned when the task is cancelled.
 };
 
 /// LaunchTask, with the result in a future. It is ready when the work has ended, a little before listeners

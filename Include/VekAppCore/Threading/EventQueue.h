@@ -23,6 +23,7 @@ class VEKAPPCORE_EXPORT IEvent
 {
 public:
     virtual ~IEvent();
+    /// Does the work, once; what it throws leaves the loop that runs it.
     virtual void Process() = 0;
 };
 
@@ -30,6 +31,7 @@ public:
 class VEKAPPCORE_EXPORT FunctionEvent final : public IEvent
 {
 public:
+    /// @param function  not empty.
     explicit FunctionEvent(std::function<void()> function) : m_function(std::move(function)) {}
     /// @throws std::bad_function_call  the function is empty.
     void Process() override;

@@ -19,7 +19,10 @@ public:
     /// What the task does from now on.
     virtual void SetTitle(const TrString& title) = 0;
 
+    /// @{
+    /// Whether the next report throws; called by the listener, on the main thread.
     virtual void SetCanceled(bool isCanceled) = 0;
     [[nodiscard]] virtual bool IsCanceled() const = 0;
+    /// @}
 };
 } // namespace vek::Threading

@@ -21,6 +21,7 @@ namespace vek::Threading
 class VEKAPPCORE_EXPORT SeededExecutor : public ITaskExecutorImpl
 {
 public:
+    /// @param seed  of the order.
     explicit SeededExecutor(std::uint32_t seed);
     ~SeededExecutor() override;
 

@@ -12,9 +12,12 @@ class VEKAPPCORE_EXPORT IEventExecutorImpl
 {
 public:
     virtual ~IEventExecutorImpl();
+    /// @{
+    /// As the functions of the same names of EventExecutor.
     virtual void PostEvent(std::function<void()> function, const std::source_location& where) = 0;
     virtual void WaitUntil(const std::function<bool()>& predicate, EEventToTreat what) = 0;
     virtual void Clear() = 0;
+    /// @}
 };
 
 /// Lives as long as its executor: who must know whether an executor still exists keeps a weak pointer to it.
@@ -26,9 +29,13 @@ class VEKAPPCORE_EXPORT ITaskExecutorImpl : public IEventExecutorImpl
 {
 public:
     ~ITaskExecutorImpl() override;
+    /// @{
+    /// As the functions of the same names of TaskExecutor.
+    /// WaitForAll is what its destructor calls.
     virtual void ExecuteAsync(std::function<void()> function) = 0;
     virtual std::shared_ptr<RunningTaskChecker> GetRunningTaskChecker() = 0;
     virtual void WaitForAll() = 0;
+    /// @}
 };
 
 /// A handle that posts functions to the main thread. Copies share one implementation and do not wait for it.

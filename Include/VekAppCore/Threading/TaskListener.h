@@ -29,10 +29,12 @@ class TaskAwaiterImplBase;
 class VEKAPPCORE_EXPORT TaskListener
 {
 public:
+    /// Order of the callbacks of one task.
     using EPriority = SignalBase::EPriority;
 
     /// An empty one.
     TaskListener() noexcept;
+    /// @param awaiter  made by the launch; null for an empty one.
     explicit TaskListener(std::shared_ptr<Details::TaskAwaiterImplBase> awaiter) noexcept;
     TaskListener(const TaskListener&) noexcept;
     TaskListener(TaskListener&&) noexcept;
@@ -57,6 +59,7 @@ public:
     /// The title given at the launch; empty for an empty listener.
     [[nodiscard]] TrString GetTitle() const;
 
+    /// @{
     /// Each returns the connection, which is kept for as long as the callback is wanted: an empty one for an
     /// empty listener. What a callback throws is reported with App::HandleAppException.
     [[nodiscard]] Connection OnTaskFinished(std::function<void()> callback,
@@ -67,8 +70,11 @@ public:
                                             EPriority priority = EPriority::Default) const;
     [[nodiscard]] Connection OnTaskException(std::function<void(const Exception::AppException&)> callback,
                                              EPriority priority = EPriority::Default) const;
+    /// @}
+
     /// Percent.
     [[nodiscard]] Connection OnProgressionChanged(std::function<void(int)> callback) const;
+    /// The title from now on.
     [[nodiscard]] Connection OnTitleChanged(std::function<void(const TrString&)> callback) const;
 
     /// The same task.

@@ -13,12 +13,15 @@ namespace vek::Threading
 class VEKAPPCOREWIDGETS_EXPORT TaskProgressWidget : public QWidget
 {
 public:
+    /// For tests.
     using Clock = std::function<std::chrono::steady_clock::time_point()>;
 
+    /// @param clock  by which the remaining time is told.
     explicit TaskProgressWidget(const TaskListener& task, QWidget* parent = nullptr,
                                 Clock clock = std::chrono::steady_clock::now);
     ~TaskProgressWidget() override;
 
+    /// As given to the constructor.
     [[nodiscard]] const TaskListener& GetTask() const noexcept;
 
 protected:

@@ -15,6 +15,7 @@ namespace vek::Threading
 class VEKAPPCORE_EXPORT VekQFuncEvent : public QEvent, public AllocatedObject
 {
 public:
+    /// @param function  run once for every event that holds it.
     explicit VekQFuncEvent(std::function<void()> function);
     VekQFuncEvent(const VekQFuncEvent& other);
     VekQFuncEvent& operator=(const VekQFuncEvent& other);
