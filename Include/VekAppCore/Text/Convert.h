@@ -20,6 +20,7 @@ class QVariant;
 /// fit. Reentrant.
 namespace vek::Convert
 {
+/// How a floating-point number is written.
 enum class ENotation
 {
     Shortest,   ///< As few digits as bring the value back; with an exponent where it is very large or small.
@@ -30,15 +31,17 @@ enum class ENotation
 [[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(ENotation notation);
 using vek::PrintTo;
 
+/// How numbers are written, and read again.
 struct NumberOptions
 {
-    QLocale locale = QLocale::c(); ///< Gives the separators.
-    ENotation notation = ENotation::Shortest;
-    int decimals = 6; ///< Of Fixed and Scientific, 0 to 100.
+    QLocale locale = QLocale::c();            ///< Gives the separators.
+    ENotation notation = ENotation::Shortest; ///< Of floating-point numbers.
+    int decimals = 6;                         ///< Of Fixed and Scientific, 0 to 100.
     /// Between groups of three digits. Some locales have none after a single digit: 1234, 12 345, 1234 567.
     bool hasGroupSeparators = false;
 };
 
+/// How lists of numbers and of anything else are written, and read again.
 struct ListUnitNumberOptions : NumberOptions
 {
     /// Between the items; in a text that is read, with or without its blanks. Without any, it is "; ".
@@ -83,8 +86,9 @@ bool ReadInteger(QStringView text, T& value, const NumberOptions* options)
 }
 } // namespace Details
 
-/// "true" or "false"; 1 and 0 are read as well, and any case.
+/// "true" or "false".
 [[nodiscard]] QString ToString(std::same_as<bool> auto value) { return Details::ToText(value); }
+/// Reads 1 and 0 as well, and any case.
 [[nodiscard]] VEKAPPCORE_EXPORT bool FromString(QStringView text, bool& value);
 
 /// In the C locale.
@@ -99,32 +103,40 @@ template <Integer T>
 {
     return Details::ToText(static_cast<Details::Widest<T>>(value), options);
 }
+/// What ToString writes of the same arguments.
 template <Integer T>
 [[nodiscard]] bool FromString(QStringView text, T& value)
 {
     return Details::ReadInteger(text, value, nullptr);
 }
+/// What ToString writes of the same arguments.
 template <Integer T>
 [[nodiscard]] bool FromString(QStringView text, T& value, const NumberOptions& options)
 {
     return Details::ReadInteger(text, value, &options);
 }
 
+/// @{
 /// In the C locale, in the shortest notation; "inf", "-inf" and "nan" for what is no finite number.
 [[nodiscard]] VEKAPPCORE_EXPORT QString ToString(double value);
 [[nodiscard]] VEKAPPCORE_EXPORT QString ToString(float value);
 [[nodiscard]] VEKAPPCORE_EXPORT QString ToString(double value, const NumberOptions& options);
 [[nodiscard]] VEKAPPCORE_EXPORT QString ToString(float value, const NumberOptions& options);
+/// @}
+
+/// @{
 /// Any notation. Group separators are read where they stand between groups of three digits.
 [[nodiscard]] VEKAPPCORE_EXPORT bool FromString(QStringView text, double& value);
 [[nodiscard]] VEKAPPCORE_EXPORT bool FromString(QStringView text, float& value);
 [[nodiscard]] VEKAPPCORE_EXPORT bool FromString(QStringView text, double& value,
                                                 const NumberOptions& options);
 [[nodiscard]] VEKAPPCORE_EXPORT bool FromString(QStringView text, float& value, const NumberOptions& options);
+/// @}
 
 /// How many digits stand behind the decimal separator of a number, 0 without one.
 [[nodiscard]] VEKAPPCORE_EXPORT int GetNumberOfDecimals(QStringView text, const NumberOptions& options = {});
 
+/// @{
 /// The text itself.
 [[nodiscard]] inline QString ToString(const QString& value, const NumberOptions& = {}) { return value; }
 [[nodiscard]] inline bool FromString(QStringView text, QString& value, const NumberOptions& = {})
@@ -132,6 +144,7 @@ template <Integer T>
     value = text.toString();
     return true;
 }
+/// @}
 
 namespace Details
 {
@@ -144,6 +157,7 @@ concept Sequence = requires(T& container)
 &&!std::convertible_to<T, QStringView>;
 } // namespace Details
 
+/// @{
 /// The items with separators between them; one that would be misread alone, such as a text with a separator
 /// in it, stands in quotes. A list with an item that is not read is not read.
 template <Details::Sequence Container>
@@ -180,6 +194,7 @@ template <Details::Sequence Container>
     values = std::move(read);
     return true;
 }
+/// @}
 
 /// Values of all kinds: what Qt can turn into text, lists, points, sizes and rectangles as lists of numbers,
 /// byte arrays percent-encoded, enumerations by name, and maps as "key: value" items. A container within a

@@ -11,6 +11,7 @@ namespace vek::QtUtility
 class EventFilter;
 } // namespace vek::QtUtility
 
+/// @file
 /// Callbacks for every QEvent::LanguageChange that reaches an object. Main thread only; the filter belongs to
 /// the object.
 namespace vek::StringUtility

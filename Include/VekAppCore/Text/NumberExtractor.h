@@ -7,20 +7,27 @@
 #include <optional>
 #include <vector>
 
+/// @file
 /// Numbers and quantities in what people type and files hold: the first one found anywhere in a text, written
 /// with the separators of the locale in force (StringUtility::GetQSystemLocale, when the extractor is made)
 /// or of the C locale. Signs and digits are ASCII. Reentrant.
+///
+/// @code
+/// const Convert::LengthExtractor extractor(Unit::LengthUnit::Millimeter);
+/// if (const auto length = extractor.FromString("12in"))
+///     qDebug() << *length;
+/// @endcode
 namespace vek::Convert
 {
 /// One number found in a text.
 struct ExtractedNumberInfo
 {
-    double value = 0;
+    double value = 0;   ///< As it is written: in its unit.
     bool whole = false; ///< It is the entire text.
     int length = 0;     ///< Of the match, with its unit.
     int decimals = 0;   ///< Significant ones: those that were written less the exponent, not negative.
-    int exponent = 0;
-    QString text; ///< The unit that was found with it; empty without one.
+    int exponent = 0;   ///< The power of ten that was written; 0 without one.
+    QString text;       ///< The unit that was found with it; empty without one.
 };
 /// Value and unit.
 [[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const ExtractedNumberInfo& number);
@@ -57,14 +64,17 @@ public:
     /// @param flag  true leaves the decimals at 0 where the match is not the entire text.
     [[nodiscard]] std::optional<ExtractedNumberInfo> ExtractNumber(const QString& text, bool flag) const;
 
+    /// @{
     /// Whether group separators are read, between groups of three digits; they are at first.
     [[nodiscard]] bool UsesThousands() const noexcept { return m_useThousands; }
     void SetUseThousands(bool useThousands) noexcept { m_useThousands = useThousands; }
+    /// @}
 
     /// The one in force when the extractor was made.
     [[nodiscard]] const QLocale& GetLocale() const noexcept { return m_locale; }
 
 protected:
+    /// @param grammar  of the kind of number.
     explicit NumberExtractorBase(const Details::NumberGrammar& grammar);
     NumberExtractorBase(const NumberExtractorBase&);
     NumberExtractorBase& operator=(const NumberExtractorBase&);
@@ -94,6 +104,7 @@ private:
     QString m_listSeparator;
 };
 
+/// Whole numbers.
 class VEKAPPCORE_EXPORT IntExtractor : public NumberExtractorBase
 {
 public:
@@ -103,9 +114,11 @@ public:
     [[nodiscard]] std::optional<int> FromString(const QString& text) const;
     /// The same; beyond 2^53 as exact as a double.
     [[nodiscard]] std::optional<qint64> FromString64(const QString& text) const;
+    /// @{
     /// Of each item that has one.
     [[nodiscard]] std::vector<int> ListFromString(const QString& text) const;
     [[nodiscard]] std::vector<qint64> ListFromString64(const QString& text) const;
+    /// @}
 
     [[nodiscard]] QValidator::State Validate(QString& text, int& pos) const override;
     void Fixup(QString& text) const override;
@@ -115,6 +128,7 @@ public:
     [[nodiscard]] static const QString& GetUnlocalizedRegexStr();
 };
 
+/// Numbers without a unit.
 class VEKAPPCORE_EXPORT DoubleExtractor : public NumberExtractorBase
 {
 public:
@@ -138,9 +152,11 @@ template <Unit::AnyQuantity U>
 class VEKAPPCORE_EXPORT ValueWithUnitExtractor : public NumberExtractorBase
 {
 public:
+    /// The enumeration of units of U.
     using UnitType = typename U::UnitType;
 
     ValueWithUnitExtractor();
+    /// @param projectUnit  of what is written without one.
     explicit ValueWithUnitExtractor(UnitType projectUnit);
 
     /// The first number with its unit, or in the project unit; empty when there is none.
@@ -167,17 +183,20 @@ private:
     std::optional<UnitType> m_projectUnit;
 };
 
+/// @{
+/// Those that exist.
 using LengthExtractor = ValueWithUnitExtractor<Unit::Length>;
 using AreaExtractor = ValueWithUnitExtractor<Unit::Area>;
 using VolumeExtractor = ValueWithUnitExtractor<Unit::Volume>;
 using AngleExtractor = ValueWithUnitExtractor<Unit::Angle>;
 using PercentExtractor = ValueWithUnitExtractor<Unit::Percent>;
+/// @}
 
 /// A number with the coordinate that was written before it.
 struct DoubleWithPrefix
 {
-    QString prefix; ///< In lower case, such as "x" or "dz"; empty without one.
-    double value = 0;
+    QString prefix;   ///< In lower case, such as "x" or "dz"; empty without one.
+    double value = 0; ///< The number.
     bool operator==(const DoubleWithPrefix&) const = default;
 };
 /// Prefix and value: "x=1.5".

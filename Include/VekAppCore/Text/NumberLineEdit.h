@@ -25,6 +25,7 @@ public:
     [[nodiscard]] Connection OnValueChanged(std::function<void()> callback);
 
 protected:
+    /// A derived class calls _Update at the end of its constructor.
     explicit NumberLineEditBase(QWidget* parent);
 
     /// For the locale in force.
@@ -78,6 +79,7 @@ public:
     explicit NumberLineEdit(QWidget* parent = nullptr);
     ~NumberLineEdit() override;
 
+    /// The one that was taken last; what is being typed is not.
     [[nodiscard]] double GetValue() const noexcept { return m_value; }
     /// Tells nobody.
     /// @param value  put into the range.

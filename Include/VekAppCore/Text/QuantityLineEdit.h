@@ -10,6 +10,7 @@ template <Unit::AnyQuantity U>
 class VEKAPPCOREWIDGETS_EXPORT QuantityLineEdit : public NumberLineEditBase
 {
 public:
+    /// The enumeration of units of U.
     using UnitType = typename U::UnitType;
 
     /// Shows 0.
@@ -45,6 +46,8 @@ private:
     Connection m_unitChanged;
 };
 
+/// A field for a length.
 using LengthLineEdit = QuantityLineEdit<Unit::Length>;
+/// A field for an angle.
 using AngleLineEdit = QuantityLineEdit<Unit::Angle>;
 } // namespace vek

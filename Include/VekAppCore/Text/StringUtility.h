@@ -28,9 +28,11 @@ namespace vek::StringUtility
 /// Only characters from the blank to 0x7F: neither tabs nor line feeds.
 [[nodiscard]] VEKAPPCORE_EXPORT bool IsOnlyAsciiCharacters(const QString& s);
 
+/// @{
 /// ": " and "; " with the spacing of the user's language.
 [[nodiscard]] VEKAPPCORE_EXPORT QString Colon();
 [[nodiscard]] VEKAPPCORE_EXPORT QString SemiColon();
+/// @}
 
 /// Of the locale in force, or of the C locale.
 [[nodiscard]] VEKAPPCORE_EXPORT QString GetDecimalSeparator(bool useSystemLocale);

@@ -15,6 +15,7 @@ namespace vek
 class Bool
 {
 public:
+    /// Also from a plain truth value, where an argument is wanted.
     constexpr Bool(bool isTrue = false) noexcept : m_isTrue(isTrue) {}
     constexpr explicit operator bool() const noexcept { return m_isTrue; }
     constexpr bool operator==(const Bool&) const noexcept = default;
@@ -32,6 +33,11 @@ class TrString;
 /// arguments, replacements, pieces), so that one made before a change of language shows the new language
 /// afterwards. Copies share the recipe until one of them is changed. Copying, dropping and rendering are
 /// thread-safe; changing one object is not, and Replace changes all its copies.
+///
+/// @code
+/// const TrString title = TrString::translate("Desk", "Reading %1").Arg(QString("Plate.xyz"));
+/// const QString shown = title.ToString(); // in the language of now
+/// @endcode
 class VEKAPPCORE_EXPORT TrString
 {
 public:
@@ -54,6 +60,7 @@ public:
     [[nodiscard]] static TrString translate(std::string_view context, std::string_view source,
                                             const char* disambiguation = nullptr, int n = -1);
 
+    /// @{
     /// Fills the lowest placeholder (%1 to %99) that is still open, like QString::arg: text, a TrString
     /// (rendered when this one is), an integer, a floating-point number or a Bool.
     template <typename T>
@@ -68,6 +75,7 @@ public:
         _AddArg(value);
         return std::move(*this);
     }
+    /// @}
 
     /// Replaces text in what is rendered, after the arguments; case-sensitive. All copies of this string see
     /// it.
@@ -94,9 +102,12 @@ protected:
     struct CreateClone
     {};
 
+    /// @{
+    /// As NoTranslate and translate, for derived classes; the last one takes a copy with a recipe of its own.
     explicit TrString(const QString& text);
     TrString(std::string_view context, std::string_view source, const char* disambiguation, int n);
     TrString(const TrString& other, CreateClone);
+    /// @}
 
     void _Arg(const QString& value);
     void _Arg(const TrString& value);
@@ -136,6 +147,7 @@ private:
 class VEKAPPCORE_EXPORT TrStringHelper
 {
 public:
+    /// As TrString::translate.
     [[nodiscard]] static TrString translate(const char* context, const char* source,
                                             const char* disambiguation = nullptr, int n = -1);
 };

@@ -9,9 +9,9 @@ namespace vek
 /// do not mix. Sums have the unit of their first summand. Reentrant.
 struct VEKAPPCORE_EXPORT Triplet
 {
-    double x = 0;
-    double y = 0;
-    double z = 0;
+    double x = 0;                         ///< In the unit.
+    double y = 0;                         ///< In the unit.
+    double z = 0;                         ///< In the unit.
     std::optional<Unit::LengthUnit> unit; ///< A real one.
 
     /// In another unit; one without a unit gets it, and keeps its numbers.
@@ -44,10 +44,12 @@ struct VEKAPPCORE_EXPORT Triplet
 
 namespace Convert
 {
+/// @{
 /// Three numbers and, where there is one, the unit: "1; 2.5; -3 mm".
 [[nodiscard]] VEKAPPCORE_EXPORT QString ToString(const Triplet& triplet,
                                                  const ListUnitNumberOptions& options = {});
 [[nodiscard]] VEKAPPCORE_EXPORT bool FromString(QStringView text, Triplet& triplet,
                                                 const ListUnitNumberOptions& options = {});
+/// @}
 } // namespace Convert
 } // namespace vek

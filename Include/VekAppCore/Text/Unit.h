@@ -18,10 +18,16 @@ class QVariant;
 
 /// Measured values that carry their unit. Quantities are plain values, reentrant; the default length unit is
 /// set on the main thread and read anywhere.
+///
+/// @code
+/// using enum Unit::LengthUnit;
+/// Unit::Length thickness(1, Inch);
+/// thickness += Unit::Length(0.6, Millimeter); // stays in inches
+/// const double metres = thickness.GetValueIn(Meter);
+/// @endcode
 namespace vek::Unit
 {
-// 0 and 1 are reserved in all of these, but in PercentUnit, and name no unit.
-
+/// END is behind the last one; 0 and 1 are reserved, and name no unit.
 enum class LengthUnit : std::int32_t
 {
     Micrometer = 2,
@@ -39,6 +45,7 @@ enum class LengthUnit : std::int32_t
     END,
 };
 
+/// As LengthUnit, with the same numbers for the same units.
 enum class AreaUnit : std::int32_t
 {
     Micrometer2 = 2,
@@ -56,6 +63,7 @@ enum class AreaUnit : std::int32_t
     END,
 };
 
+/// As LengthUnit, with the same numbers for the same units; what is no cube follows.
 enum class VolumeUnit : std::int32_t
 {
     Micrometer3 = 2,
@@ -79,6 +87,7 @@ enum class VolumeUnit : std::int32_t
     END,
 };
 
+/// END is behind the last one; 0 and 1 are reserved, and name no unit.
 enum class AngleUnit : std::int32_t
 {
     Radian = 2,
@@ -90,12 +99,14 @@ enum class AngleUnit : std::int32_t
     END,
 };
 
+/// There is but one; END is behind it.
 enum class PercentUnit : std::int32_t
 {
     Percent = 1,
     END,
 };
 
+/// What is known of a unit.
 struct UnitRow
 {
     std::string_view name;      ///< Of the enumerator.
@@ -175,6 +186,7 @@ inline constexpr std::array<UnitRow, 8> angleUnits{{
     {"Second", u"\"", 4.84813681109536e-06},
 }};
 
+/// Nothing is converted.
 inline constexpr std::array<UnitRow, 2> percentUnits{{
     {"", u"%", 1.0},
     {"Percent", u"%", 1.0},
@@ -188,6 +200,7 @@ VEKAPPCORE_EXPORT void SetDefaultUnit(LengthUnit unit);
 /// Calls @p callback after every change of the default length unit, while the connection is kept. Main thread
 /// only.
 [[nodiscard]] VEKAPPCORE_EXPORT Connection OnDefaultUnitChanged(std::function<void()> callback);
+/// What replaces a unit that is none.
 [[nodiscard]] constexpr LengthUnit GetAbsoluteDefaultLengthUnit() { return LengthUnit::Meter; }
 
 namespace Details
@@ -202,6 +215,8 @@ template <typename To, typename From>
 }
 } // namespace Details
 
+/// @{
+/// The unit of the same base; Meter or its power where there is none.
 [[nodiscard]] constexpr AreaUnit GetAnalogAreaUnit(LengthUnit unit)
 {
     return Details::GetAnalog<AreaUnit>(unit);
@@ -214,19 +229,24 @@ template <typename To, typename From>
 {
     return Details::GetAnalog<LengthUnit>(unit);
 }
+/// @}
+
 /// Meter for the units that are no cubes.
 [[nodiscard]] constexpr LengthUnit GetAnalogLengthUnit(VolumeUnit unit)
 {
     return Details::GetAnalog<LengthUnit>(unit);
 }
 
+/// @{
 /// They follow the default length unit.
 [[nodiscard]] inline AreaUnit GetDefaultAreaUnit() { return GetAnalogAreaUnit(GetDefaultLengthUnit()); }
 [[nodiscard]] inline VolumeUnit GetDefaultVolumeUnit() { return GetAnalogVolumeUnit(GetDefaultLengthUnit()); }
+/// @}
 
 /// What the enumerations of units have in common.
 template <typename U>
 struct UnitTraits;
+/// The table of rows by number, the first real unit, and the default.
 template <>
 struct UnitTraits<LengthUnit>
 {
@@ -234,6 +254,7 @@ struct UnitTraits<LengthUnit>
     static constexpr LengthUnit first = LengthUnit::Micrometer;
     static LengthUnit GetDefault() { return GetDefaultLengthUnit(); }
 };
+/// As of LengthUnit.
 template <>
 struct UnitTraits<AreaUnit>
 {
@@ -241,6 +262,7 @@ struct UnitTraits<AreaUnit>
     static constexpr AreaUnit first = AreaUnit::Micrometer2;
     static AreaUnit GetDefault() { return GetDefaultAreaUnit(); }
 };
+/// As of LengthUnit.
 template <>
 struct UnitTraits<VolumeUnit>
 {
@@ -248,6 +270,7 @@ struct UnitTraits<VolumeUnit>
     static constexpr VolumeUnit first = VolumeUnit::Micrometer3;
     static VolumeUnit GetDefault() { return GetDefaultVolumeUnit(); }
 };
+/// As of LengthUnit; the default is Degree.
 template <>
 struct UnitTraits<AngleUnit>
 {
@@ -255,6 +278,7 @@ struct UnitTraits<AngleUnit>
     static constexpr AngleUnit first = AngleUnit::Radian;
     static constexpr AngleUnit GetDefault() { return AngleUnit::Degree; }
 };
+/// As of LengthUnit.
 template <>
 struct UnitTraits<PercentUnit>
 {
@@ -263,6 +287,7 @@ struct UnitTraits<PercentUnit>
     static constexpr PercentUnit GetDefault() { return PercentUnit::Percent; }
 };
 
+/// One of the enumerations of units.
 template <typename U>
 concept AnyUnit = requires
 {
@@ -315,18 +340,22 @@ template <typename Derived, AnyUnit U>
 class Quantity
 {
 public:
+    /// The enumeration of its units.
     using UnitType = U;
 
     /// 0 in the default unit.
     Quantity() : Quantity(0.0) {}
     /// In the default unit.
     explicit Quantity(double value) : Quantity(value, UnitTraits<U>::GetDefault()) {}
+    /// @param unit  one that is not real is replaced by the default.
     constexpr Quantity(double value, U unit) : m_value(value), m_unit(IsReal(unit) ? unit : _GetRealDefault())
     {}
 
     /// In GetUnit.
     [[nodiscard]] constexpr double GetValue() const { return m_value; }
+    /// A real one.
     [[nodiscard]] constexpr U GetUnit() const { return m_unit; }
+    /// By way of the base unit; slopes by way of the tangent.
     [[nodiscard]] constexpr double GetValueIn(U target) const
     {
         return Unit::GetValueIn(m_value, m_unit, target);
@@ -342,6 +371,7 @@ public:
     {
         return a._GetBaseValue() <=> b._GetBaseValue();
     }
+    /// Equal quantities have equal hashes, in whatever units.
     friend std::size_t qHash(const Derived& quantity, std::size_t seed = 0)
     {
         return std::hash<double>()(quantity._GetBaseValue()) ^ seed;
@@ -416,11 +446,13 @@ public:
     using Quantity::Quantity;
 };
 
+/// Its units are the squares of those of length.
 class VEKAPPCORE_EXPORT Area : public Quantity<Area, AreaUnit>
 {
 public:
     using Quantity::Quantity;
 
+    /// @{
     /// False for reserved units, as for the other three.
     [[nodiscard]] static constexpr bool IsMetric(AreaUnit unit)
     {
@@ -430,13 +462,17 @@ public:
     {
         return unit >= AreaUnit::Microinch2 && unit <= AreaUnit::Miles2;
     }
+    /// @}
 };
 
+/// Its units are the cubes of those of length, litres, gallons and barrels.
 class VEKAPPCORE_EXPORT Volume : public Quantity<Volume, VolumeUnit>
 {
 public:
     using Quantity::Quantity;
 
+    /// @{
+    /// As of Area.
     [[nodiscard]] static constexpr bool IsMetric(VolumeUnit unit)
     {
         return (unit >= VolumeUnit::Micrometer3 && unit <= VolumeUnit::Kilometer3) ||
@@ -447,12 +483,13 @@ public:
         return (unit >= VolumeUnit::Microinch3 && unit <= VolumeUnit::Miles3) ||
                (unit >= VolumeUnit::GallonLiquidUS && unit <= VolumeUnit::BarrelOilUS);
     }
+    /// @}
 };
 
 /// An angle in radians.
 struct Radian
 {
-    double value = 0;
+    double value = 0; ///< In radians.
 };
 
 /// Slopes in percent are angles too: they are added and scaled as such.
@@ -460,6 +497,7 @@ class VEKAPPCORE_EXPORT Angle : public Quantity<Angle, AngleUnit>
 {
 public:
     using Quantity::Quantity;
+    /// What calculates in radians need not name the unit.
     constexpr Angle(const Radian& radian) : Quantity(radian.value, AngleUnit::Radian) {}
     constexpr Angle& operator=(const Radian& radian) { return *this = Angle(radian); }
     operator Radian() const { return {GetValueIn(AngleUnit::Radian)}; }
@@ -471,6 +509,7 @@ public:
     using Quantity::Quantity;
 };
 
+/// Length, Area, Volume, Angle or Percent.
 template <typename Q>
 concept AnyQuantity = requires
 {
@@ -552,8 +591,11 @@ struct VariantConverter;
 template <typename T>
 struct VEKAPPCORE_EXPORT UnitVariantConverter
 {
+    /// @{
+    /// As VariantConverter has them.
     [[nodiscard]] static QVariant ToVariant(const T& value, EVariantStoreFormat format);
     [[nodiscard]] static std::optional<T> FromVariant(const QVariant& variant);
+    /// @}
 };
 template <Unit::AnyQuantity Q>
 struct VariantConverter<Q> : UnitVariantConverter<Q>

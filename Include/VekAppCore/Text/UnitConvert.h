@@ -2,6 +2,7 @@
 #include "VekAppCore/Text/Convert.h"
 #include "VekAppCore/Text/Unit.h"
 
+/// @file
 /// Units and quantities as text, and back. Reentrant.
 namespace vek::Convert
 {
@@ -28,6 +29,7 @@ template <Unit::AnyQuantity Q>
 [[nodiscard]] VEKAPPCORE_EXPORT Unit::Length ToBestDisplay(const Unit::Length& length,
                                                            bool allowLarger = true);
 
+/// @{
 /// In the largest unit of the same family in which the magnitude is at least 1, among the powers of mm, m and
 /// km, or of in, ft, yd and mi; in the smallest of them where there is none. Zero and what is not finite stay
 /// as they are.
@@ -35,10 +37,14 @@ template <Unit::AnyQuantity Q>
 [[nodiscard]] VEKAPPCORE_EXPORT Unit::Area ToBestDisplay(const Unit::Area& area, bool allowLarger = true);
 [[nodiscard]] VEKAPPCORE_EXPORT Unit::Volume ToBestDisplay(const Unit::Volume& volume,
                                                            bool allowLarger = true);
+/// @}
+
+/// @{
 /// As they are.
 [[nodiscard]] inline Unit::Angle ToBestDisplay(const Unit::Angle& angle, bool = true) { return angle; }
 [[nodiscard]] inline Unit::Percent ToBestDisplay(const Unit::Percent& percent, bool = true)
 {
     return percent;
 }
+/// @}
 } // namespace vek::Convert
