@@ -7,3 +7,6 @@
 #include "VekAppCore/Xml/XmlDocument.h"
 #include "VekAppCore/Xml/XmlException.h"
 #include "VekAppCore/Xml/XmlSerializer.h"
+
+/// @defgroup Xml XML
+/// Documents with typed values, errors with their lines, and a validator. See [XML](Docs/Xml.md).

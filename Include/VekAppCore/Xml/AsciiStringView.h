@@ -17,13 +17,17 @@ public:
     {
         assert(std::ranges::all_of(m_text, [](char c) { return static_cast<unsigned char>(c) < 0x80; }));
     }
+    /// Up to the first zero.
     AsciiStringView(const std::string& text) noexcept : AsciiStringView(text.c_str()) {}
 
+    /// @{
+    /// The characters as they are, and as a QString.
     [[nodiscard]] constexpr const char* GetText() const noexcept { return m_text.data(); }
     [[nodiscard]] QString ToString() const
     {
         return QString::fromLatin1(m_text.data(), static_cast<qsizetype>(m_text.size()));
     }
+    /// @}
 
     constexpr bool operator==(const AsciiStringView&) const noexcept = default;
 

@@ -22,6 +22,7 @@ struct XmlFinding
 class VEKAPPCORE_EXPORT XmlDescription
 {
 public:
+    /// For Child: as many as there are.
     static constexpr int anyNumber = std::numeric_limits<int>::max();
 
     /// @param name  of the element.
@@ -57,6 +58,7 @@ public:
     /// @param most  how many there are at most, or anyNumber.
     XmlDescription& Child(XmlDescription description, int least = 1, int most = 1);
 
+    /// Of the element.
     [[nodiscard]] const std::string& GetName() const noexcept { return m_name; }
 
     /// For an element that no description has.

@@ -15,8 +15,10 @@ namespace vek
 class VEKAPPCORE_EXPORT XmlDeserializer
 {
 public:
+    /// Is handed the element that it stands on.
     using Visit = std::function<void(XmlDeserializer&)>;
 
+    /// @param version  of the document, for GetVersion.
     explicit XmlDeserializer(const tinyxml2::XMLElement& element, int version = 0) noexcept
         : m_element(&element), m_version(version)
     {}
@@ -59,6 +61,7 @@ public:
     {
         return XmlDetails::Details::Get(*m_element, value, mandatory, where);
     }
+    /// The value of the element, which is mandatory.
     template <typename T>
     [[nodiscard]] T GetValue(const std::source_location& where = std::source_location::current()) const
     {
@@ -66,6 +69,7 @@ public:
         GetValue(value, true, where);
         return value;
     }
+    /// The value of the element, or @p fallback where there is none that can be read.
     template <typename T>
     [[nodiscard]] T GetValueOr(T fallback) const
     {
@@ -93,16 +97,22 @@ public:
         return isRead;
     }
 
+    /// @{
+    /// Also where it cannot be read.
     [[nodiscard]] bool HasChild(const AsciiStringView& name) const;
     [[nodiscard]] bool HasAttribute(const AsciiStringView& name) const;
+    /// @}
+
     /// The names, in their order.
     [[nodiscard]] QStringList GetAllAtributes() const;
 
+    /// Of the element.
     [[nodiscard]] QString GetName() const;
     /// Of the root's attribute "version"; 0 without one.
     [[nodiscard]] int GetVersion() const noexcept { return m_version; }
     /// From 1; 0 for an element that was not read from a text.
     [[nodiscard]] int GetLine() const noexcept { return m_element->GetLineNum(); }
+    /// For what this class does not offer; belongs to the document.
     [[nodiscard]] const tinyxml2::XMLElement& GetElement() const noexcept { return *m_element; }
 
     /// Whether both have the same name, attributes in whatever order, and children and texts in the same

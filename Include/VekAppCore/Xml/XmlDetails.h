@@ -24,6 +24,7 @@ class QVariant;
 /// without text is no error unless its value is mandatory: it counts as read.
 namespace vek::XmlDetails
 {
+/// As Convert::Integer.
 template <typename T>
 concept Integer = Convert::Integer<T>;
 
@@ -63,15 +64,21 @@ template <Integer T>
     value = static_cast<T>(read);
     return true;
 }
+
+/// @{
+/// The same; a truth value is "true", "false" or a number, and a text is taken as it is.
 [[nodiscard]] VEKAPPCORE_EXPORT bool ReadText(const char* text, float& value);
 [[nodiscard]] VEKAPPCORE_EXPORT bool ReadText(const char* text, double& value);
 [[nodiscard]] VEKAPPCORE_EXPORT bool ReadText(const char* text, bool& value);
 [[nodiscard]] VEKAPPCORE_EXPORT bool ReadText(const char* text, std::string& value);
 [[nodiscard]] VEKAPPCORE_EXPORT bool ReadText(const char* text, QString& value);
+/// @}
+
 /// As a text that is not translated.
 [[nodiscard]] VEKAPPCORE_EXPORT bool ReadText(const char* text, TrString& value);
 /// "x;y"
 [[nodiscard]] VEKAPPCORE_EXPORT bool ReadText(const char* text, QPoint& value);
+/// As Convert reads it: "12.5 mm".
 template <Unit::AnyQuantity Q>
 [[nodiscard]] bool ReadText(const char* text, Q& value)
 {
@@ -88,26 +95,34 @@ template <Integer T>
 [[nodiscard]] VEKAPPCORE_EXPORT std::string WriteText(float value);
 /// With 17 digits at most.
 [[nodiscard]] VEKAPPCORE_EXPORT std::string WriteText(double value);
+/// @{
+/// UTF-8, and as ReadText reads it.
 [[nodiscard]] std::string WriteText(std::same_as<bool> auto value) { return Details::WriteBool(value); }
 [[nodiscard]] inline std::string WriteText(Bool value) { return WriteText(static_cast<bool>(value)); }
 [[nodiscard]] inline std::string WriteText(std::string_view value) { return std::string(value); }
 [[nodiscard]] inline std::string WriteText(const std::string& value) { return value; }
 [[nodiscard]] inline std::string WriteText(const char* value) { return value; }
 [[nodiscard]] VEKAPPCORE_EXPORT std::string WriteText(const QString& value);
+/// @}
+
 /// Without translation.
 [[nodiscard]] VEKAPPCORE_EXPORT std::string WriteText(const TrString& value);
+/// As ReadText reads it.
 [[nodiscard]] VEKAPPCORE_EXPORT std::string WriteText(const QPoint& value);
+/// As Convert writes it, with all digits that are needed.
 template <Unit::AnyQuantity Q>
 [[nodiscard]] std::string WriteText(const Q& value)
 {
     return Convert::ToString(value).toStdString();
 }
 
+/// A type that stands as text when it is read.
 template <typename T>
 concept Readable = requires(const char* text, T& value)
 {
     ReadText(text, value);
 };
+/// A type that stands as text when it is written.
 template <typename T>
 concept Writable = requires(const T& value)
 {
@@ -124,12 +139,16 @@ HandleAttributeError(tinyxml2::XMLError error, const tinyxml2::XMLElement& eleme
 VEKAPPCORE_EXPORT bool HandleValueError(tinyxml2::XMLError error, const tinyxml2::XMLElement& element,
                                         bool mandatory,
                                         const std::source_location& where = std::source_location::current());
+/// @{
+/// What the functions of above throw of what is missing.
 [[noreturn]] VEKAPPCORE_EXPORT void
 ThrowNoAttributeFound(const tinyxml2::XMLElement& element, AsciiStringView name,
                       const std::source_location& where = std::source_location::current());
 [[noreturn]] VEKAPPCORE_EXPORT void
 ThrowNoValueFound(const tinyxml2::XMLElement& element,
                   const std::source_location& where = std::source_location::current());
+/// @}
+
 /// Throws "Line %1: <%2>: %3", with the line and the name of the element.
 [[noreturn]] VEKAPPCORE_EXPORT void
 Throw(const tinyxml2::XMLElement& element, const QString& message,
@@ -178,6 +197,7 @@ void SetValue(tinyxml2::XMLElement& element, const T& value,
     Details::PutText(element, WriteText(value), where);
 }
 
+/// @{
 /// As QVariant::toString writes it, with the name of its type in the attribute "Type": an element has one of
 /// them at most. What Qt cannot turn into text and back is not kept.
 VEKAPPCORE_EXPORT bool GetAttribute(const tinyxml2::XMLElement& element, AsciiStringView name,
@@ -186,19 +206,25 @@ VEKAPPCORE_EXPORT bool GetAttribute(const tinyxml2::XMLElement& element, AsciiSt
 VEKAPPCORE_EXPORT void SetAttribute(tinyxml2::XMLElement& element, AsciiStringView name,
                                     const QVariant& value,
                                     const std::source_location& where = std::source_location::current());
+/// @}
 
+/// @{
 /// Of the attributes "r", "g" and "b", 0 to 255. It is opaque: alpha is not kept. An invalid one has none.
 VEKAPPCORE_EXPORT bool GetValue(const tinyxml2::XMLElement& element, QColor& value, bool mandatory,
                                 const std::source_location& where = std::source_location::current());
 VEKAPPCORE_EXPORT void SetValue(tinyxml2::XMLElement& element, const QColor& value,
                                 const std::source_location& where = std::source_location::current());
+/// @}
 
+/// @{
 /// Of the attributes "x", "y" and "z", and "unit" where it has one.
 VEKAPPCORE_EXPORT bool GetValue(const tinyxml2::XMLElement& element, Triplet& value, bool mandatory,
                                 const std::source_location& where = std::source_location::current());
 VEKAPPCORE_EXPORT void SetValue(tinyxml2::XMLElement& element, const Triplet& value,
                                 const std::source_location& where = std::source_location::current());
+/// @}
 
+/// @{
 /// The attributes that a value of type T takes of its element, for the validator; an application that adds
 /// such a type specialises it.
 template <typename T>
@@ -209,6 +235,7 @@ template <>
 inline constexpr std::initializer_list<const char*> attributesOf<QColor> = {"r", "g", "b"};
 template <>
 inline constexpr std::initializer_list<const char*> attributesOf<Triplet> = {"x", "y", "z", "unit"};
+/// @}
 
 } // namespace vek::XmlDetails
 

@@ -14,6 +14,12 @@ struct PathDocument;
 ///
 /// What throws throws an XmlException that carries the caller's location. Loading ends the deserializers and
 /// serializers of what was there.
+///
+/// @code
+/// XmlDocument document;
+/// document.Serializer("Report").SetAttribute("flatness", Unit::Length(55.8, Unit::LengthUnit::Micrometer));
+/// const auto flatness = document.Deserialize("Report").GetAttribute<Unit::Length>("flatness");
+/// @endcode
 class VEKAPPCORE_EXPORT XmlDocument
 {
 public:
@@ -60,6 +66,8 @@ public:
     /// @return whether it was written; the file of before stays where it was not.
     [[nodiscard]] bool SaveFileReplacing(const QString& path, bool formatted);
 
+    /// The text that SaveFile writes.
+    /// @param formatted  every element on a line of its own.
     [[nodiscard]] QString ToString(bool formatted);
 
 protected:

@@ -8,6 +8,7 @@ namespace vek
 class VEKAPPCORE_EXPORT XmlException : public Exception::InternalAppException
 {
 public:
+    /// Where in which document.
     struct Place
     {
         int line = 0;    ///< From 1; 0 where it is not known, as in an element that was not read from a text.
@@ -15,12 +16,14 @@ public:
         QString path;    ///< Of the file; empty for a document that was not read from one.
     };
 
+    /// @param message  not translated.
     explicit XmlException(const QString& message, Place place,
                           const std::source_location& where = std::source_location::current());
     ~XmlException() override;
     XmlException(const XmlException&) = default;
     XmlException& operator=(const XmlException&) = default;
 
+    /// As given to the constructor.
     [[nodiscard]] const Place& GetPlace() const noexcept { return m_place; }
 
 private:

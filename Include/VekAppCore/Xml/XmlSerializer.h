@@ -9,8 +9,10 @@ namespace vek
 class VEKAPPCORE_EXPORT XmlSerializer
 {
 public:
+    /// Is handed the element that was added.
     using Visit = std::function<void(XmlSerializer&)>;
 
+    /// @param version  of the document, for GetVersion.
     explicit XmlSerializer(tinyxml2::XMLElement& element, int version = 0) noexcept
         : m_element(&element), m_version(version)
     {}
@@ -45,16 +47,19 @@ public:
                 name, [&](XmlSerializer& child) { child.SetValue(value, where); }, where);
     }
 
+    /// Of the element.
     [[nodiscard]] QString Name() const;
     /// @throws XmlException  it is none of XML.
     void SetName(const AsciiStringView& name,
                  const std::source_location& where = std::source_location::current());
 
+    /// 0 unless SetVersion was called on this element or, before this one was added, on one above it.
     [[nodiscard]] int GetVersion() const noexcept { return m_version; }
     /// The version of the document: children that are added from now on carry it, and the root has it as its
     /// attribute "version".
     void SetVersion(int version);
 
+    /// For what this class does not offer; belongs to the document.
     [[nodiscard]] tinyxml2::XMLElement& GetElement() const noexcept { return *m_element; }
 
 private:
