@@ -47,6 +47,7 @@ install(FILES
         "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libvekappcore-dev" COMPONENT Development)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/Docs"
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libvekappcore-dev" COMPONENT Development)
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libvekappcore-dev" COMPONENT Development
+    FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN *.png)
 
 include(CPack)
