@@ -3,7 +3,6 @@
 #include <concepts>
 #include <iosfwd>
 #include <string>
-#include <type_traits>
 #include <utility>
 
 class QDebug;
@@ -13,10 +12,9 @@ namespace vek
 /// T has a free function "std::string ToLogText(const T&)" in its namespace: what logs and developers see of
 /// a value, in UTF-8, never translated. qDebug then prints it, and so do fmt (VekAppCore/Text/Format.h) and
 /// GoogleTest, which in namespaces other than vek asks for "using vek::PrintTo;" beside that function. It is
-/// declared where the type is, before anything can print it. Pointers have none, whatever they convert to.
+/// declared where the type is, before anything can print it.
 template <typename T>
-concept HasLogText =
-    std::same_as<decltype(ToLogText(std::declval<const T&>())), std::string> && !std::is_pointer_v<T>;
+concept HasLogText = std::same_as<decltype(ToLogText(std::declval<const T&>())), std::string>;
 
 namespace Details
 {
@@ -33,7 +31,7 @@ void PrintTo(const T& value, std::ostream* out)
 } // namespace vek
 
 /// Beside QDebug, where it is found for types of every namespace.
-template <vek::HasLogText T, std::same_as<QDebug> Debug>
+template <std::same_as<QDebug> Debug, vek::HasLogText T>
 Debug operator<<(Debug debug, const T& value)
 {
     vek::Details::WriteLogText(debug, ToLogText(value));

@@ -30,7 +30,8 @@ public:
     MoveOnlyFunction() noexcept = default;
     MoveOnlyFunction(std::nullptr_t) noexcept {} ///< Empty.
 
-    /// @param function  a null pointer or an empty function object gives an empty one.
+    /// @param function  a null pointer, an empty std::function or an empty MoveOnlyFunction gives an empty
+    /// one.
     template <typename Function>
         requires(!std::is_same_v<std::remove_cvref_t<Function>, MoveOnlyFunction> &&
                  std::is_invocable_r_v<R, std::decay_t<Function>&, Args...>)

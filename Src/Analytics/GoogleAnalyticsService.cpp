@@ -453,4 +453,9 @@ std::string ToLogText(EApplicationParameter parameter)
                                 "Processor", "GraphicsCard", "ScreenSize", "Language", nullptr, nullptr,
                                 "HostName"});
 }
+
+std::string ToLogText(const GoogleAnalyticsService::Sent& sent)
+{
+    return (sent.path + u' ' + sent.payload).toStdString();
+}
 } // namespace vek::Analytics

@@ -51,4 +51,9 @@ IDeclarationSystemExtension* DeclarationSystem::_Find(std::type_index key) const
     const auto found = m_extensions.find(key);
     return found == m_extensions.end() ? nullptr : found->second.get();
 }
+
+std::string ToLogText(const DeclarationInfo& info)
+{
+    return info.declared.empty() ? info.context : info.context + ": " + info.declared;
+}
 } // namespace vek::App

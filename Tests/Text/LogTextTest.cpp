@@ -105,6 +105,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case(Analytics::ApplicationMode::Demonstration, "Demonstration"),
         Case(Analytics::EApplicationParameter::HostName, "HostName"),
         Case(Analytics::EApplicationParameter{13}, "13"),
+        Case(Analytics::GoogleAnalyticsService::Sent{{}, "/batch", "v=1"}, "/batch v=1"),
+        Case(App::DeclarationInfo{"Context", "Reader", {}, {}}, "Context: Reader"),
         Case(Analytics::CustomDimension{2, "CAD"}, "2: CAD"), Case(Analytics::CustomMetric{3, "7"}, "3: 7"),
         Case(Analytics::Analytics4Query::Event{.name = "open", .parameters = {{"a b", 1}}},
              R"({"name":"open","params":{"a_b":1}})")));
@@ -120,6 +122,8 @@ TEST(LogText, OfAPointerIsItsAddress)
     QString debug;
     QDebug(&debug) << null;
     EXPECT_EQ(debug, "0x0 ");
+    static_assert(!HasLogText<Triplet[3]> && !HasLogText<double Triplet::*> &&
+                  !HasLogText<void (*)(Triplet)>);
 }
 
 TEST(LogText, IsThatOfTheItemsWithinContainers)

@@ -108,4 +108,6 @@ private:
 
     std::shared_ptr<State> m_state; ///< Answers may come later.
 };
+
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const GoogleAnalyticsService::Sent& sent);
 } // namespace vek::Analytics

@@ -1,6 +1,7 @@
 #pragma once
 #include "VekAppCore/App/ServiceManager.h"
 #include "VekAppCore/Export.h"
+#include "VekBase/LogText.h"
 #include "VekBase/MoveOnlyFunction.h"
 #include "VekBase/RawPtr.h"
 #include <chrono>
@@ -34,6 +35,8 @@ struct DeclarationInfo
     std::source_location by; ///< Who declared it.
     std::optional<std::chrono::nanoseconds> duration; ///< Of its last run; empty before the first.
 };
+[[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const DeclarationInfo& info);
+using vek::PrintTo;
 
 /// The callbacks of one context type. Main thread only, after static initialisation.
 class VEKAPPCORE_EXPORT IDeclarationSystemExtension : public IObject

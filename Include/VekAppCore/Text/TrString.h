@@ -141,7 +141,12 @@ private:
 
 /// The text in the source language.
 [[nodiscard]] VEKAPPCORE_EXPORT std::string ToLogText(const TrString& text);
-[[nodiscard]] inline std::string ToLogText(Bool value) { return ToLogText(ToTrString(value)); }
+/// Of nothing that converts to it, such as a pointer.
+template <std::same_as<Bool> T>
+[[nodiscard]] std::string ToLogText(T value)
+{
+    return ToLogText(ToTrString(value));
+}
 
 /// What the translation macros call.
 class VEKAPPCORE_EXPORT TrStringHelper
