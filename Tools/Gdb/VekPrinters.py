@@ -543,4 +543,5 @@ def register(objfile):
     gdb.xmethod.register_xmethod_matcher(objfile, RawPtrMatcher(), replace=True)
 
 
-register(gdb.current_objfile())
+if __name__ == '__main__': # by "source"
+    register(gdb.current_objfile())
