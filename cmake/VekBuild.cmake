@@ -37,9 +37,13 @@ endif()
 macro(vek_find_package debian_packages name)
     find_package(${name} ${ARGN} QUIET)
     if(NOT ${name}_FOUND)
+        string(JOIN " " VEK_WANTED ${name} ${ARGN})
         string(REPLACE "," " " VEK_MISSING "${debian_packages}")
-        message(FATAL_ERROR "VekAppCore needs ${name} (${ARGN}), which was not found.\n"
-            "On Debian, \"apt-get install ${VEK_MISSING}\" installs it, and Scripts/install-dependencies all that is "
+        if(${name}_CONSIDERED_VERSIONS)
+            string(APPEND VEK_WANTED " (not ${${name}_CONSIDERED_VERSIONS})")
+        endif()
+        message(FATAL_ERROR "VekAppCore needs ${VEK_WANTED}, which was not found. ${${name}_NOT_FOUND_MESSAGE}\n"
+            "On Debian 12, \"apt-get install ${VEK_MISSING}\" installs it, and Scripts/install-dependencies all that is "
             "needed. A copy in a folder of your own is found with -D CMAKE_PREFIX_PATH=<folder>.")
     endif()
 endmacro()

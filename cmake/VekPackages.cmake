@@ -7,6 +7,9 @@ set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # else it would stand before that of each package
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
 set(CPACK_COMPONENTS_ALL)
@@ -32,11 +35,8 @@ vek_package(VekBase ${base} libs "Application core: base library")
 vek_package(VekAppCore ${core} libs "Application core: libraries for programs without windows" "${base} ${same}")
 vek_package(VekAppCoreWidgets ${widgets} libs "Application core: libraries for programs with windows" "${core} ${same}")
 vek_package(Development libvekappcore-dev libdevel "Application core: headers, documents and tools"
-    "${base} ${same}, ${core} ${same}, ${widgets} ${same}, qt6-base-dev, libtinyxml2-dev, libfmt-dev")
+    "${base} ${same}, ${core} ${same}, ${widgets} ${same}, qt6-base-dev (>= 6.4), libtinyxml2-dev, libfmt-dev")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "qt6-tools-dev, qt6-tools-dev-tools, qt6-l10n-tools, gdb")
-foreach(component VEKBASE VEKAPPCORE VEKAPPCOREWIDGETS)
-    set(CPACK_DEBIAN_${component}_PACKAGE_GENERATE_SHLIBS ON)
-endforeach()
 if(TARGET InspectionDesk)
     vek_package(InspectionDesk inspection-desk science "Shows how flat a plate is, from points measured on it"
         "${widgets} ${same}")
@@ -44,7 +44,7 @@ if(TARGET InspectionDesk)
 endif()
 
 install(FILES
-        "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+        "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md" "${PROJECT_SOURCE_DIR}/CONTRIBUTING.md"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libvekappcore-dev" COMPONENT Development)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/Docs"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libvekappcore-dev" COMPONENT Development

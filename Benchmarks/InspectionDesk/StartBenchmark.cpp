@@ -17,6 +17,28 @@ namespace
 /// Program, arguments.
 using Command = std::vector<QByteArray>;
 
+/// Offscreen, in English, and with a home of its own: the settings of the user are others' affair.
+class Environment
+{
+public:
+    Environment()
+    {
+        const QByteArray home = m_home.path().toUtf8();
+        for (const char* folder : {"HOME=", "XDG_CONFIG_HOME=", "XDG_DATA_HOME=", "XDG_RUNTIME_DIR="})
+            m_variables.push_back(folder + home);
+        for (QByteArray& variable : m_variables)
+            m_pointers.push_back(variable.data());
+        m_pointers.push_back(nullptr);
+    }
+
+    [[nodiscard]] char** Get() { return m_pointers.data(); }
+
+private:
+    const QTemporaryDir m_home;
+    std::vector<QByteArray> m_variables{"QT_QPA_PLATFORM=offscreen", "LC_ALL=C.UTF-8"};
+    std::vector<char*> m_pointers;
+};
+
 /// Starts a program, which ends once it has drawn its first frame.
 /// @param watch  called with the process, and again for as long as it runs.
 /// @return whether it has ended well.
@@ -29,7 +51,8 @@ bool RunProgram(Command command, Watch watch)
     arguments.push_back(nullptr);
     pid_t process = 0;
     int status = -1;
-    if (posix_spawn(&process, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0)
+    Environment environment;
+    if (posix_spawn(&process, arguments[0], nullptr, nullptr, arguments.data(), environment.Get()) != 0)
         return false;
     while (waitpid(process, &status, watch(process) ? WNOHANG : 0) == 0)
     {}
@@ -60,27 +83,11 @@ double MeasureMemory(const Command& command)
     return isRight ? most : -1;
 }
 
-/// A home of their own keeps both from the settings of the user.
-class Home
-{
-public:
-    Home()
-    {
-        for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
-            qputenv(variable, m_folder.path().toUtf8());
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-
-private:
-    const QTemporaryDir m_folder;
-};
-
 /// A round is a start, warm.
 /// @param allowance  added to what is measured.
 void Start(benchmark::State& state, const Command& command, double (*measure)(const Command&),
            double allowance)
 {
-    const Home home;
     bool isRight = measure(command) >= 0;
     for ([[maybe_unused]] auto _ : state)
     {
