@@ -42,7 +42,8 @@ struct AppConfiguration
     QColor splashTextColor = QColor(150, 150, 150, 255); ///< Of that text.
 
     QString organizationName = QStringLiteral("Ostrafel"); ///< Qt's organisation name: standard folders.
-    QString settingsOrganizationName = QStringLiteral("Ostrafel"); ///< Under which settings are kept.
+    /// For settings that the program keeps by itself; GetAppSettings has them under organizationName.
+    QString settingsOrganizationName = QStringLiteral("Ostrafel");
     QString organizationDomain; ///< Qt's organisation domain; part of the place of the settings on macOS.
 
     QStringList fileExtensions; ///< Of the documents that the application opens, without dot.

@@ -11,8 +11,9 @@ namespace vek
 /// What the fields for numbers and quantities have in common. A text is judged while it is typed: one that is
 /// impossible is coloured, and the tool tip says what is expected. It becomes the value with Return or when
 /// the focus leaves; Esc restores the value of before. The arrow keys and, with the focus, the wheel step by
-/// a tenth of the value's order of magnitude, the page keys by ten times that. A change of the language, and
-/// with it of the locale, is followed at once. Main thread only.
+/// a tenth of the value's order of magnitude, the page keys by ten times that. A change of the language is
+/// followed at once, and with it or QEvent::LocaleChange the locale in force, in which the numbers are, is
+/// asked anew; StringUtility::ChangeQSystemLocale sends neither. Main thread only.
 class VEKAPPCOREWIDGETS_EXPORT NumberLineEditBase : public QLineEdit
 {
 public:
