@@ -23,6 +23,9 @@ DECLARATION = re.compile(r"(#|class |struct |namespace |template\b|enum |extern 
 FUNCTION = re.compile(r"(?!if|for|while|switch|do|try|else)[^;={}]*\)( const| noexcept| override)*\n\{")
 ON_PAGE = re.compile(r"^<!-- example(?P<all>s?):(?P<hidden>.*?)-->|^ *```cpp\n(?P<code>.*?)^ *```$", re.M | re.S)
 IN_HEADER = re.compile(r"^ */// @code\n(?P<code>(?: *///.*\n)*?) */// @endcode$", re.M)
+# Whatever looks like the beginning of an example.
+FENCE = re.compile(r"^.*(```|~~~)\W*(c|cc|cpp|cxx|c\+\+|h|hh|hpp)(?!\w).*$", re.M | re.I)
+CODE = re.compile(r"^.*[@\\]code\b.*$", re.M)
 
 PROLOGUE = """#include <QtWidgets>
 #include <VekAppCore/VekAppCore.h>
@@ -34,8 +37,15 @@ using namespace vek;
 def extract(path):
     """Yields the parts of a source file, and whether each can do without the library's own includes."""
     text = path.read_text(encoding="utf-8")
+    is_page = path.suffix == ".md"
+    examples = list((ON_PAGE if is_page else IN_HEADER).finditer(text))
+    ends = {match.start("code") - 1 for match in examples}  # of the lines before
+    for start in (FENCE if is_page else CODE).finditer(text):
+        if start.end() not in ends and path.name != "Tutorial.md":  # which is compiled as programs
+            line = text.count("\n", 0, start.start()) + 1
+            sys.exit(f"{path}:{line}: error: no example is recognised here; is it spelled as the others?")
     hidden = ""
-    for match in (ON_PAGE if path.suffix == ".md" else IN_HEADER).finditer(text):
+    for match in examples:
         part = match.groupdict()
         line = text.count("\n", 0, match.start("hidden" if part["code"] is None else "code")) + 1
         place = f'#line {line} "{path.as_posix()}"\n'
@@ -46,7 +56,7 @@ def extract(path):
                 hidden += f"{place}{part['hidden']}\n"
             continue
         name = re.sub(r"\W", "_", f"{path.stem}_{line}")
-        code = part["code"] if path.suffix == ".md" else re.sub("^ *///", "", part["code"], flags=re.M)
+        code = part["code"] if is_page else re.sub("^ *///", "", part["code"], flags=re.M)
         code = textwrap.dedent(code)
         # Out of namespace and function; another file of the page is there already.
         for include in re.findall(r"^#include <.*\n", code, re.M):
