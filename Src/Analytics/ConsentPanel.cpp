@@ -53,7 +53,6 @@ ConsentPanel::ConsentPanel(QWidget* parent) : QWidget(parent), m_impl(std::make_
             m_impl->timer.stop();
     }));
     _Translate();
-    _Refresh();
 }
 
 ConsentPanel::~ConsentPanel() = default;

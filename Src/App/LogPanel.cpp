@@ -279,8 +279,7 @@ LogPanel::Impl::Impl(LogPanel& owner, int mostLines)
     copy.setShortcut(QKeySequence::Copy);
     copy.setShortcutContext(Qt::WidgetShortcut);
     view.addAction(&copy);
-    for (const TrString& name : GetLevelNames())
-        levels.addItem(name.ToString());
+    levels.addItems(QStringList(5)); // ShowTexts names them
     levels.setCurrentIndex(ToIndex(Log::Verbosity::Trace));
     search.setClearButtonEnabled(true);
     timer.setSingleShot(true);
