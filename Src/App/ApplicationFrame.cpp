@@ -47,6 +47,7 @@ ApplicationFrame::~ApplicationFrame()
     if (GetAppPtr() == RawPtr<IApp>(this))
         SetApp(nullptr);
     RemoveTranslations();
+    DeclarationSystem::GetInstance().Rewind();
     if (!IO::PluginMgr::GetInstance().GetPlugins().empty())
     {
         // Nothing may point into a module when it goes.

@@ -21,6 +21,12 @@ DeclarationSystem& DeclarationSystem::GetInstance()
     return instance;
 }
 
+void DeclarationSystem::Rewind() noexcept
+{
+    for (const auto& [key, extension] : m_extensions)
+        extension->m_firstNew = 0;
+}
+
 void DeclarationSystem::DeleteAllExtensions() { m_extensions.clear(); }
 
 std::vector<DeclarationInfo> DeclarationSystem::List() const

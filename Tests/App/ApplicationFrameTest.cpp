@@ -3,6 +3,7 @@
 #include "Support/TestSupport.h"
 #include "VekAppCore/App/DeclarationSystem.h"
 #include "VekAppCore/App/InitExtension.h"
+#include "VekAppCore/App/RegisterService.h"
 #include "VekBase/ScopedTempFolder.h"
 #include <QFile>
 #include <gtest/gtest.h>
@@ -31,5 +32,23 @@ TEST(ApplicationFrame, GoesOnWithoutABadPluginAndUnloadsGoodOnesWithoutATrace)
     EXPECT_EQ(thermometer, nullptr);
     EXPECT_EQ(DeclarationSystem::GetInstance().GetExtensionCount(), 0U);
     EXPECT_TRUE(IO::PluginMgr::GetInstance().GetPlugins().empty());
+}
+
+TEST(ApplicationFrame, NextOneHasWhatWasDeclaredForTheServicesToo)
+{
+    struct Shelf final : IService<Shelf>
+    {
+        void OnNotify() override { DeclarationSystem::GetInstance().RunNew<Shelf>(*this); }
+        int books = 0;
+    };
+    Declaration::RegisterService<Shelf, Shelf>(nullptr);
+    DeclarationSystem::GetInstance().Append<Shelf>([](Shelf& shelf) { ++shelf.books; });
+    for (const char* frameName : {"first", "second"})
+    {
+        ApplicationFrame frame{AppConfiguration()};
+        frame.Start();
+        Services().NotifyServices();
+        EXPECT_EQ(Services().Require<Shelf>().books, 1) << frameName;
+    }
 }
 } // namespace vek::App

@@ -60,6 +60,7 @@ protected:
     void _AddRecord(std::string declared, const std::source_location& by);
 
     std::vector<Record> m_records; ///< One a callback, in order of appending.
+    std::size_t m_firstNew = 0;    ///< Before it, all have run.
 
 private:
     friend class DeclarationSystem;
@@ -103,7 +104,6 @@ public:
 
 private:
     std::deque<Callback> m_callbacks; ///< A deque keeps them in place while one of them appends.
-    std::size_t m_firstNew = 0;       ///< Before it, all have run.
 };
 
 /// The declarations of all modules, one list of callbacks per context type. Filled by static initialisers.
@@ -158,6 +158,9 @@ public:
         if (const auto extension = FindExtension<TContext>())
             extension->RunNew(context);
     }
+
+    /// From now on no callback has run yet: the services of the next application frame have heard of none.
+    void Rewind() noexcept;
 
     /// Destroys all callbacks. To be called before modules that declared something are unloaded.
     void DeleteAllExtensions();
