@@ -8,6 +8,7 @@ set(ENV{HOME} "${WORK_DIR}/Home")
 set(ENV{XDG_CONFIG_HOME} "${WORK_DIR}/Home/Config")
 set(ENV{XDG_DATA_HOME} "${WORK_DIR}/Home/Data")
 set(ENV{LC_ALL} C.UTF-8)
+unset(ENV{LANGUAGE}) # it would win
 
 file(READ "${SOURCE_DIR}/${STEP}/Session.txt" expected)
 string(REGEX MATCHALL "\\$ [^\n]*" commands "${expected}")
