@@ -14,7 +14,8 @@ Lengths ReadCsv(const QByteArray& content, Threading::IProgression&)
     {
         Unit::Length length;
         if (!Convert::FromString(QString::fromUtf8(row).section(';', 1, 1), length))
-            throw Exception::AppException(TrString::NoTranslate("No length: " + QString::fromUtf8(row)));
+            throw Exception::AppException(
+                TrString::translate("GaugeCsv", "No length: %1").Arg(QString::fromUtf8(row)));
         lengths.push_back(length);
     }
     return lengths;
