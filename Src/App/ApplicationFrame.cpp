@@ -43,10 +43,10 @@ ApplicationFrame::ApplicationFrame(AppConfiguration configuration)
 ApplicationFrame::~ApplicationFrame()
 {
     m_impl->executor.reset();
+    RemoveTranslations(); // who shows English now may ask a service for it
     m_impl->services.reset();
     if (GetAppPtr() == RawPtr<IApp>(this))
         SetApp(nullptr);
-    RemoveTranslations();
     DeclarationSystem::GetInstance().Rewind();
     if (!IO::PluginMgr::GetInstance().GetPlugins().empty())
     {

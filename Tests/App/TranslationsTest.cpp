@@ -4,6 +4,7 @@
 #include "Translations/TranslatedLibrary.h"
 #include "VekAppCore/App/ApplicationFrame.h"
 #include "VekAppCore/App/DeclarationSystem.h"
+#include "VekAppCore/App/IAppFeatureService.h"
 #include "VekAppCore/App/NoSettingsMode.h"
 #include "VekAppCore/Text/LanguageChange.h"
 #include "VekBase/ScopedTempFolder.h"
@@ -133,6 +134,17 @@ TEST_F(TranslationsTest, SwitchIsOneChangeWithQtsOwnTexts)
     SetLanguage("en");
     EXPECT_EQ(changes, 2);
     EXPECT_EQ(getCancel(), "Cancel");
+}
+
+TEST_F(TranslationsTest, EndOfTheFrameIsAChangeThatStillFindsServices)
+{
+    SetLanguage("fr");
+    bool isThere = false;
+    const ScopeBase look = StringUtility::OnLanguageChangedScope(QCoreApplication::instance(), [&isThere] {
+        isThere = _GetYes() == "Yes" && Services().Get<IAppFeatureService>() != nullptr;
+    });
+    m_frame.reset();
+    EXPECT_TRUE(isThere);
 }
 
 TEST_F(TranslationsTest, LanguagesAreThoseOfTheDeclaredFiles)

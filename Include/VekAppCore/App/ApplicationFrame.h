@@ -17,7 +17,7 @@ class VEKAPPCORE_EXPORT ApplicationFrame : public IApp
 public:
     /// Also gives Qt the names of the application and its organisation.
     explicit ApplicationFrame(AppConfiguration configuration);
-    /// Waits for the tasks, destroys the services, takes the translations back, then unloads the plug-ins.
+    /// Waits for the tasks, takes the translations back, destroys the services, then unloads the plug-ins.
     ~ApplicationFrame() override;
 
     /// Runs what the modules declared, loads the plug-ins of @p addonsFolder, shows the language of the
