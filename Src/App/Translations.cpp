@@ -128,10 +128,11 @@ int Show(Translator::State state)
         QCoreApplication::sendEvent(QCoreApplication::instance(), &change);
         return count;
     }
-    g_translator = new Translator;
+    auto translator = std::make_unique<Translator>();
+    const int count = translator->Load(std::move(state)); // may throw what declares throws
+    g_translator = translator.release();
     g_translator->setParent(QCoreApplication::instance());
     QObject::connect(g_translator, &QObject::destroyed, [] { g_translator = nullptr; });
-    const int count = g_translator->Load(std::move(state));
     QCoreApplication::installTranslator(g_translator);
     return count;
 }

@@ -13,6 +13,7 @@
 #include <QSettings>
 #include <QWidget>
 #include <gmock/gmock.h>
+#include <stdexcept>
 
 namespace vek::App
 {
@@ -134,6 +135,21 @@ TEST_F(TranslationsTest, SwitchIsOneChangeWithQtsOwnTexts)
     SetLanguage("en");
     EXPECT_EQ(changes, 2);
     EXPECT_EQ(getCancel(), "Cancel");
+}
+
+TEST_F(TranslationsTest, FailureToDeclareLeavesNothingHalfShown)
+{
+    static bool isFaulty = true;
+    const ScopeBase mended([] { isFaulty = false; });
+    RemoveTranslations();
+    DeclarationSystem::GetInstance().Append<ITranslationDeclarationCtx>([](ITranslationDeclarationCtx&) {
+        if (isFaulty)
+            throw std::runtime_error("no such folder");
+    });
+    EXPECT_THROW(InstallTranslations(QLocale("fr")), std::runtime_error);
+    isFaulty = false;
+    InstallTranslations(QLocale("fr"));
+    EXPECT_EQ(_GetYes(), "Oui");
 }
 
 TEST_F(TranslationsTest, EndOfTheFrameIsAChangeThatStillFindsServices)
