@@ -11,8 +11,8 @@ void InstallLanguage();
 /// Takes in what modules have declared since the language was installed.
 void AddNewTranslations();
 
-/// The first of @p wanted that is available, with its country or without; "en" where none is.
-/// @param wanted  as QLocale::uiLanguages gives them.
+/// The first of @p wanted that is available, with its country, with its script or plain; "en" where none is.
+/// @param wanted  as QLocale::uiLanguages gives them, or with underscores, as all of @p available.
 [[nodiscard]] VEKAPPCORE_EXPORT QString ChooseLanguage(const QStringList& wanted,
                                                        const QStringList& available);
 } // namespace vek::App

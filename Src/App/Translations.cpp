@@ -8,6 +8,7 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
+#include <algorithm>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -53,13 +54,25 @@ QStringList FindLanguages(const std::vector<Declaration>& declarations)
     for (const auto& [folder, name] : declarations)
         for (const QString& file : QDir(folder).entryList({name + u"_*.qm"_s}))
         {
-            const QString language = file.chopped(3).mid(name.size() + 1);
+            const QString language = file.chopped(3).mid(name.size() + 1).replace(u'-', u'_');
             if (QLocale(language).language() != QLocale::C) // else it is part of another name
                 languages += language;
         }
     languages.removeDuplicates();
     languages.sort();
     return languages;
+}
+
+/// The names under which Qt may have the language that is shown: "pt" is its "pt_BR", "zh_Hant" its "zh_TW".
+QStringList FindSpellings(const QString& shown, const QStringList& wanted)
+{
+    const QLocale locale(shown);
+    QStringList spellings;
+    for (const QString& each : wanted + locale.uiLanguages())
+        if (const QLocale other(each);
+            other.language() == locale.language() && other.script() == locale.script())
+            spellings += QString(each).replace(u'-', u'_');
+    return spellings;
 }
 
 /// All texts of the language that is shown. Qt sees a single translator, so that a switch is one change of
@@ -82,16 +95,25 @@ public:
         state.declarations = Declarations().list;
         state.language = ChooseLanguage(state.wanted, FindLanguages(state.declarations));
         std::vector<std::unique_ptr<QTranslator>> translators;
-        const auto load = [&](const Declaration& declaration) {
+        const auto load = [&translators](const QString& folder, const QString& name,
+                                         const QString& language) {
             auto translator = std::make_unique<QTranslator>();
-            if (translator->load(declaration.name + u'_' + state.language, declaration.folder))
+            const QString hyphened = name + u'_' + QString(language).replace(u'_', u'-');
+            const bool isLoaded =
+                translator->load(hyphened, folder, u"/"_s) || // the whole name, nothing shorter
+                translator->load(name + u'_' + language, folder);
+            if (isLoaded)
                 translators.push_back(std::move(translator));
+            return isLoaded;
         };
-        std::ranges::for_each(state.declarations, load);
+        for (const auto& [folder, name] : state.declarations)
+            load(folder, name, state.language);
         const auto count = static_cast<int>(translators.size());
         std::ranges::reverse(translators); // what is declared last goes first
         if (state.isQtIncluded)
-            load({QLibraryInfo::path(QLibraryInfo::TranslationsPath), u"qtbase"_s});
+            for (const QString& spelling : FindSpellings(state.language, state.wanted))
+                if (load(QLibraryInfo::path(QLibraryInfo::TranslationsPath), u"qtbase"_s, spelling))
+                    break;
         m_state = std::move(state);
         const std::lock_guard lock(m_mutex);
         m_translators.swap(translators);
@@ -139,8 +161,10 @@ int Show(Translator::State state)
 
 void ShowChoice(const QString& choice)
 {
-    const QLocale locale = choice.isEmpty() ? QLocale::system() : QLocale(choice);
-    Show({choice, locale.uiLanguages(), true, {}, {}});
+    QStringList wanted = (choice.isEmpty() ? QLocale::system() : QLocale(choice)).uiLanguages();
+    if (!choice.isEmpty())
+        wanted.prepend(choice); // QLocale turns "zh_Hant" into "zh-Hant-TW"
+    Show({choice, wanted, true, {}, {}});
 }
 } // namespace
 
@@ -199,17 +223,21 @@ void AddNewTranslations()
 
 QString ChooseLanguage(const QStringList& wanted, const QStringList& available)
 {
-    for (qsizetype index = 0; index < wanted.size(); ++index)
+    const QStringList codes = QStringList(wanted).replaceInStrings(u"-"_s, u"_"_s);
+    const auto getPlain = [](const QString& code) { return code.section(u'_', 0, 0); };
+    for (auto begin = codes.cbegin(); begin != codes.cend();)
     {
-        const QString code = QString(wanted[index]).replace(u'-', u'_');
-        if (available.contains(code))
-            return code;
-        // "zh-Hant-TW", "zh-TW": the plain "zh" only behind the last of them.
-        const QString plain = code.section(u'_', 0, 0);
-        const bool isLast =
-            !wanted.value(index + 1).startsWith(plain + u'-') && wanted.value(index + 1) != plain;
-        if (isLast && available.contains(plain))
-            return plain;
+        // "zh_Hant_TW", "zh_TW": what says less, "zh_Hant" and then "zh", only behind the last of them.
+        const QString plain = getPlain(*begin);
+        const auto end =
+            std::find_if(begin, codes.cend(), [&](const QString& code) { return getPlain(code) != plain; });
+        QStringList choices(begin, end);
+        for (; begin != end; ++begin)
+            choices += plain + u'_' + QLocale::scriptToCode(QLocale(*begin).script());
+        choices += plain;
+        for (const QString& choice : choices)
+            if (available.contains(choice))
+                return choice;
     }
     return u"en"_s;
 }

@@ -59,7 +59,7 @@ protected:
 
 TEST(ChooseLanguage, IsTheFirstWantedOneThatIsThere)
 {
-    const QStringList available{"de", "en", "fr", "pt_BR", "zh", "zh_TW"};
+    const QStringList available{"de", "en", "fr", "pt_BR", "sr_Cyrl", "zh", "zh_Hant", "zh_TW"};
     const struct
     {
         const char* fault;
@@ -69,6 +69,11 @@ TEST(ChooseLanguage, IsTheFirstWantedOneThatIsThere)
                 {"second language before English", {"en-GB", "en", "en-Latn-US", "fr"}, "en"},
                 {"English without country overlooked", {"en-GB", "fr"}, "en"},
                 {"country dropped too early", {"zh-Hant-TW", "zh-TW"}, "zh_TW"},
+                {"script dropped", {"zh-Hant-HK", "zh-HK"}, "zh_Hant"},
+                {"script of the country not known", {"zh-HK"}, "zh_Hant"},
+                {"one script for another", {"zh-CN", "zh-Hans-CN"}, "zh"},
+                {"one script for another", {"sr-Latn-RS", "de-AT"}, "de"},
+                {"choice not taken as it is", {"zh_Hant", "zh-TW", "zh-Hant-TW"}, "zh_Hant"},
                 {"language of one country for another", {"pt-Latn-PT", "pt-PT", "pt", "de-AT"}, "de"},
                 {"beginning of a code taken", {"frp", "de"}, "de"},
                 {"nothing instead of English", {"C"}, "en"},
@@ -137,6 +142,27 @@ TEST_F(TranslationsTest, SwitchIsOneChangeWithQtsOwnTexts)
     EXPECT_EQ(getCancel(), "Cancel");
 }
 
+TEST_F(TranslationsTest, QtsOwnTextsAreInTheLanguageThatIsShown)
+{
+    const struct
+    {
+        const char* fault;
+        const char* language;
+        const char* apply;
+    } rows[] = {{"only the same name taken", "pt", "Aplicar"},
+                {"only the same name taken", "zh_Hant", "套用"},
+                {"another script taken", "zh_Hans", "应用"},
+                {"another language taken", "eo", "Apply"}};
+    _DeclareModule({"Module_pt.qm", "Module_zh_Hant.qm", "Module_zh-Hans.qm", "Module_eo.qm"});
+    for (const auto& [fault, language, apply] : rows)
+    {
+        SetLanguage(language);
+        EXPECT_EQ(GetShownLanguage(), language) << fault;
+        EXPECT_EQ(_GetYes(), "Oui") << fault;
+        EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Apply"), apply) << fault;
+    }
+}
+
 TEST_F(TranslationsTest, FailureToDeclareLeavesNothingHalfShown)
 {
     static bool isFaulty = true;
@@ -165,7 +191,7 @@ TEST_F(TranslationsTest, EndOfTheFrameIsAChangeThatStillFindsServices)
 
 TEST_F(TranslationsTest, LanguagesAreThoseOfTheDeclaredFiles)
 {
-    _DeclareModule({"Module_de.qm", "Module_pt_BR.qm", "Module_Extra_it.qm", "Other_es.qm", "Module_pl.txt"});
+    _DeclareModule({"Module_de.qm", "Module_pt-BR.qm", "Module_Extra_it.qm", "Other_es.qm", "Module_pl.txt"});
     EXPECT_EQ(GetLanguages(), QStringList({"de", "en", "fr", "pt_BR"}));
     const std::pair<const char*, const char*> names[] = {
         {"en", "English"}, {"fr", "Français"}, {"pt_BR", "Português"}, {"tlh", "tlh"}};

@@ -16,13 +16,14 @@ class VEKAPPCORE_EXPORT ITranslationDeclarationCtx
 public:
     virtual ~ITranslationDeclarationCtx();
 
-    /// Declares translation files "folder/name_language.qm"; the folder may be in the resources.
+    /// Declares translation files "folder/name_language.qm", with a language such as "fr", "pt_BR" (or
+    /// "pt-BR") or "zh_Hant"; the folder may be in the resources.
     virtual void AddTranslation(const QString& folder, const QString& name) = 0;
 };
 
 /// Switches the program to a language, Qt's own texts included, and keeps that in the user's settings (see
 /// GetAppSettings), where ApplicationFrame::Start finds it the next time.
-/// @param language  as "fr" or "pt_BR"; one without texts shows English. Empty for the system's.
+/// @param language  as "fr", "pt_BR" or "zh_Hant"; one without texts shows English. Empty for the system's.
 VEKAPPCORE_EXPORT void SetLanguage(const QString& language);
 
 /// What SetLanguage was given or the settings hold, those of the machine below the user's; empty for the
