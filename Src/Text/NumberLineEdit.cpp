@@ -180,11 +180,15 @@ void NumberLineEditBase::wheelEvent(QWheelEvent* event)
 
 bool NumberLineEditBase::event(QEvent* event)
 {
-    if (event->type() == QEvent::ToolTipChange && toolTip() != m_explanation)
+    if (event->type() == QEvent::ToolTipChange)
     {
-        m_toolTip = toolTip();
-        if (IsImpossible())
+        if (!IsImpossible())
+            m_toolTip = toolTip();
+        else if (toolTip() != m_explanation)
+        {
+            m_toolTip = toolTip();
             setToolTip(m_explanation);
+        }
     }
     return QLineEdit::event(event);
 }

@@ -97,6 +97,10 @@ TEST_F(Fields, ImpossibleTextIsColouredAndExplained)
     EXPECT_FALSE(length.IsImpossible());
     EXPECT_EQ(length.palette().color(QPalette::Base), usual);
     EXPECT_EQ(length.toolTip(), "Thickness");
+    length.setToolTip({});
+    Type(length, "1");
+    EXPECT_EQ(length.toolTip(), "");
+    Press(length, Qt::Key_Escape);
     EXPECT_TRUE(dialog.isVisible());
     Press(length, Qt::Key_Escape);
     EXPECT_FALSE(dialog.isVisible()); // there was nothing to restore
