@@ -151,11 +151,11 @@
     <name>TaskProgressWidget</name>
     <message>
         <source>%1 s left</source>
-        <translation>%1&#xa0;s restantes</translation>
+        <translation>Encore %1&#xa0;s</translation>
     </message>
     <message>
         <source>%1 min left</source>
-        <translation>%1&#xa0;min restantes</translation>
+        <translation>Encore %1&#xa0;min</translation>
     </message>
     <message>
         <source>Cancel</source>

@@ -25,7 +25,7 @@
     </message>
     <message>
         <source>there is not enough memory for it</source>
-        <translation>il n’y a pas assez de mémoire pour lui</translation>
+        <translation>il n’y a pas assez de mémoire pour ce fichier</translation>
     </message>
     <message>
         <source>Start</source>
@@ -197,11 +197,11 @@
     </message>
     <message>
         <source>Highest deviation</source>
-        <translation>Écart le plus haut</translation>
+        <translation>Écart maximal</translation>
     </message>
     <message>
         <source>Lowest deviation</source>
-        <translation>Écart le plus bas</translation>
+        <translation>Écart minimal</translation>
     </message>
     <message>
         <source>it cannot be written</source>
