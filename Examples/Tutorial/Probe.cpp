@@ -17,9 +17,10 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        if (event->type() == QEvent::Show)
-            if (auto* const task = dynamic_cast<Threading::TaskProgressWidget*>(watched))
-                Tell("Task: " + task->GetTask().GetTitle().ToString());
+        // A task may be done before its widget could show it: what is sure is that the window has a place for
+        // it.
+        if (event->type() == QEvent::ParentChange && dynamic_cast<Threading::TaskStatusBar*>(watched))
+            Tell("Task bar");
         if (event->type() != QEvent::Hide)
             return false;
         QCoreApplication::processEvents(); // the log is shown now and then only
