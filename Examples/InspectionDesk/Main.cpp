@@ -34,7 +34,7 @@ void ChoosePlatform()
 
 void PrintDeclarations()
 {
-    constexpr const char* row = "%-39s  %-53s  %-24s  %12s\n";
+    constexpr const char* row = "%-39s  %-53s  %-39s  %12s\n";
     std::printf(row, "Context", "Declared", "By", "Milliseconds");
     for (const App::DeclarationInfo& info : App::DeclarationSystem::GetInstance().List())
     {
@@ -143,6 +143,7 @@ int main(int argc, char** argv)
     QLoggingCategory::setFilterRules(u"*.warning=false"_s);
     Desk::ChoosePlatform();
     const App::VekQApplication application(argc, argv);
+    QCoreApplication::setApplicationVersion(u"2.0"_s); // of the settings, too
     QCommandLineParser arguments;
     arguments.setApplicationDescription(u"Shows how flat a plate is, from points measured on it."_s);
     arguments.addPositionalArgument(
@@ -159,13 +160,13 @@ int main(int argc, char** argv)
          {u"startup"_s, u"List what the program and its plug-ins declare."_s},
          {u"NoSettings"_s, u"Neither read nor change the user's settings."_s}});
     arguments.addHelpOption();
+    arguments.addVersionOption();
     arguments.process(application); // exits where they are wrong
 
     App::AppConfiguration configuration;
     configuration.applicationName = u"InspectionDesk"_s;
     configuration.applicationTitle = u"Inspection Desk"_s;
     configuration.version = {2, 0, 0, 0};
-    QCoreApplication::setApplicationVersion(u"2.0"_s); // of the settings, too
     Desk::ConfigureUsageReport(configuration, arguments.value(u"collect"_s));
     App::ApplicationFrame frame(configuration);
     try

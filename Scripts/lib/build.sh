@@ -14,7 +14,16 @@ build()
     local preset=$1 progress=()
     shift
     [[ -t 1 ]] || progress=(--quiet)
-    "$root/Scripts/install-dependencies" && (
+    if [[ ! -w $root ]]; then
+        echo "$root belongs to somebody else; clone it again into a folder of yours." >&2
+        return 1
+    fi
+    # A configure step that found no compiler leaves a folder that cannot be mended.
+    local folder=$root/build/$preset
+    [[ ! -e $folder/CMakeCache.txt || -e $folder/build.ninja ]] || rm -rf "$folder"
+    local needed=()
+    [[ $preset != package ]] || needed=(--build)
+    "$root/Scripts/install-dependencies" "${needed[@]}" && (
         cd "$root" &&
             cmake --preset "$preset" >/dev/null &&
             cmake --build --preset "$preset" --parallel "$(nproc)" ${1:+--target "$@"} -- "${progress[@]}"
