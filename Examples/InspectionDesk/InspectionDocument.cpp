@@ -122,14 +122,18 @@ void WriteDocument(const QString& path, const InspectionDocument& document,
 {
     NameInFailures(path, [&] {
         QSaveFile file(path);
+        const auto fail = [&file] {
+            FailReading(
+                TrString::translate("InspectionDesk", "it cannot be written (%1)").Arg(file.errorString()));
+        };
         if (!file.open(QIODevice::WriteOnly))
-            FailReading(TrString::NoTranslate(file.errorString()));
+            fail();
         QDataStream stream(&file);
         stream.setVersion(streamVersion);
         stream << ToTree(document);
         progression.SetProgression(90); // may end the work; the file of before stays
         if (stream.status() != QDataStream::Ok || !file.commit())
-            FailReading(TrString::NoTranslate(file.errorString()));
+            fail();
     });
 }
 
@@ -140,7 +144,8 @@ InspectionDocument ReadDocument(const QString& path, Threading::IProgression& pr
         if (!QFileInfo(path).isFile())
             FailReading(TrString::translate("InspectionDesk", "there is no such file"));
         if (!file.open(QIODevice::ReadOnly))
-            FailReading(TrString::NoTranslate(file.errorString()));
+            FailReading(
+                TrString::translate("InspectionDesk", "it cannot be read (%1)").Arg(file.errorString()));
         const App::VekQVariant tree = ReadTree(file);
         progression.SetProgression(percentOfReading);
         return FromTree(tree);

@@ -78,6 +78,12 @@ void Require(const XmlDeserializer& element, bool isSound)
         element.Throw(u"this cannot be"_s);
 }
 
+/// @param reason  in English: what is wrong with its XML.
+[[noreturn]] void FailAsInvalid(const TrString& reason)
+{
+    FailReading(TrString::translate("InspectionDesk", "this is no valid report (%1)").Arg(reason));
+}
+
 InspectionReport Read(const XmlDeserializer& element)
 {
     InspectionReport report;
@@ -161,13 +167,20 @@ InspectionReport ReadReport(const QString& path, const IXmlValidatorService& val
                             ? TrString::translate("InspectionDesk", "line %1: the XML is damaged").Arg(line)
                             : TrString::translate("InspectionDesk", "it cannot be read or is no XML text"));
         }
-        const std::vector<XmlFinding> findings = validator.Validate(document, root);
-        const int found = document.Deserialize(root).GetVersion();
-        if (found > version)
-            FailReading(TrString::translate("InspectionDesk", "this is a report of a newer version"));
-        if (!findings.empty())
-            FailReading(TrString::NoTranslate(findings.front().message));
-        return Read(document.Deserialize(root));
+        try
+        {
+            const std::vector<XmlFinding> findings = validator.Validate(document, root);
+            const XmlDeserializer element = document.Deserialize(root);
+            if (element.GetVersion() > version)
+                FailReading(TrString::translate("InspectionDesk", "this is a report of a newer version"));
+            if (!findings.empty())
+                FailAsInvalid(TrString::NoTranslate(findings.front().message));
+            return Read(element);
+        }
+        catch (const XmlException& exception)
+        {
+            FailAsInvalid(exception.GetMessage());
+        }
     });
 }
 } // namespace vek::Desk

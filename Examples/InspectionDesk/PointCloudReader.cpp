@@ -64,7 +64,8 @@ public:
             QFile file(path);
             const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
             if (file.error() != QFile::NoError)
-                FailReading(TrString::NoTranslate(file.errorString()));
+                FailReading(
+                    TrString::translate("InspectionDesk", "it cannot be read (%1)").Arg(file.errorString()));
             PointCloud points = read({content.cbegin(), content.cend()}, progression);
             if (points.empty())
                 FailReading(TrString::translate("InspectionDesk", "there are no points in it"));

@@ -57,18 +57,21 @@ TEST_F(InspectionReportTest, DamagedOneIsExplainedWithItsLine)
         const char* reason;
     } rows[] = {
         {"</Flatness>", "</Flat>", "line 5: the XML is damaged"},
-        {"2 mm", "2 parsec", "Line 5: <Flatness> bad cast"},
+        {"2 mm", "2 parsec", "this is no valid report (Line 5: <Flatness> bad cast)"},
         {"x=\"20\" y=\"20\" z=\"4\"", "x=\"20\" y=\"?\" z=\"4\"",
-         "Line 8: <Lowest> unable to retrieve the value"},
-        {"<Title>", "<Author/><Title>", "Line 3: <Author>: this element is not expected"},
-        {">8<", ">0<", "Line 4: <Points>: this cannot be"},
-        {"2 mm", "inf mm", "Line 5: <Flatness>: this cannot be"},
-        {"z=\"6\"", "z=\"nan\"", "Line 7: <Highest>: this cannot be"},
-        {"12.5", "-12.5", "Line 9: <Legend>: this cannot be"},
-        {"g=\"102\"", "g=\"1020\"", "Line 11: <Below> unable to retrieve the value"},
+         "this is no valid report (Line 8: <Lowest> unable to retrieve the value)"},
+        {"<Title>", "<Author/><Title>",
+         "this is no valid report (Line 3: <Author>: this element is not expected)"},
+        {">8<", ">0<", "this is no valid report (Line 4: <Points>: this cannot be)"},
+        {"2 mm", "inf mm", "this is no valid report (Line 5: <Flatness>: this cannot be)"},
+        {"z=\"6\"", "z=\"nan\"", "this is no valid report (Line 7: <Highest>: this cannot be)"},
+        {"12.5", "-12.5", "this is no valid report (Line 9: <Legend>: this cannot be)"},
+        {"g=\"102\"", "g=\"1020\"",
+         "this is no valid report (Line 11: <Below> unable to retrieve the value)"},
         {"version=\"1\"", "version=\"2\"", "this is a report of a newer version"},
         {"\xc2\xb5m", "\xb5m", "it cannot be read or is no XML text"},
-        {"InspectionReport", "Other", "Xml document does not contain the root element: <InspectionReport>"}};
+        {"InspectionReport", "Other",
+         "this is no valid report (Xml document does not contain the root element: <InspectionReport>)"}};
     for (const auto& [before, after, reason] : rows)
     {
         const QString path = Write("r.xml", QByteArray(m_golden).replace(before, after));

@@ -283,5 +283,17 @@
         <source>Recent files</source>
         <translation>Fichiers récents</translation>
     </message>
+    <message>
+        <source>it cannot be written (%1)</source>
+        <translation>il ne peut pas être écrit (%1)</translation>
+    </message>
+    <message>
+        <source>it cannot be read (%1)</source>
+        <translation>il ne peut pas être lu (%1)</translation>
+    </message>
+    <message>
+        <source>this is no valid report (%1)</source>
+        <translation>ce n’est pas un rapport valide (%1)</translation>
+    </message>
 </context>
 </TS>
