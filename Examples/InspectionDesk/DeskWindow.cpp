@@ -45,6 +45,23 @@ void OpenPageFor(QDialog* dialog, const QString& page)
     QObject::connect(dialog, &QObject::destroyed,
                      [scope = std::make_shared<ScopeBase>(OpenPage(page))] { scope->Release(); });
 }
+
+/// Its title and filters follow the language.
+QFileDialog* MakeFileDialog(QWidget* parent, const TrString& title, const std::vector<TrString>& filters)
+{
+    auto* const dialog = ShowTranslated(new QFileDialog(parent), &QWidget::setWindowTitle, title);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    const auto showFilters = [dialog, filters] {
+        const qsizetype chosen = dialog->nameFilters().indexOf(dialog->selectedNameFilter());
+        QStringList texts;
+        for (const TrString& filter : filters)
+            texts += filter.ToString();
+        dialog->setNameFilters(texts);
+        dialog->selectNameFilter(texts.value(std::max<qsizetype>(chosen, 0)));
+    };
+    StringUtility::OnLanguageChanged(dialog, showFilters, true);
+    return dialog;
+}
 } // namespace
 
 DeskWindow::DeskWindow(Threading::TaskExecutor& executor)
@@ -204,38 +221,41 @@ void DeskWindow::_AskForFiles()
 {
     const QStringList extensions = App::Services().Require<IPointCloudReader>().GetExtensions()
                                    << documentExtension << reportExtension;
-    const ScopeBase page = OpenPage(u"Open"_s);
-    for (const QString& file : QFileDialog::getOpenFileNames(
-             this,
-             TrString::translate("InspectionDesk", "Open point clouds, documents and reports").ToString(), {},
-             TrString::translate("InspectionDesk", "Files to open (*.%1)")
-                 .Arg(extensions.join(u" *."_s))
-                 .ToString()))
-        Inspect(file);
+    auto* const dialog = MakeFileDialog(
+        this, TrString::translate("InspectionDesk", "Open point clouds, documents and reports"),
+        {TrString::translate("InspectionDesk", "Files to open (*.%1)").Arg(extensions.join(u" *."_s))});
+    dialog->setFileMode(QFileDialog::ExistingFiles);
+    connect(dialog, &QFileDialog::filesSelected, this, App::SafeCallable([this](const QStringList& files) {
+                for (const QString& file : files)
+                    Inspect(file);
+            }));
+    OpenPageFor(dialog, u"Open"_s);
+    dialog->open();
 }
 
 void DeskWindow::_AskForTarget()
 {
     // Taken before the dialog: meanwhile, a task may end and show its tab.
     const InspectionDocument document = *_GetView()->GetResult();
-    QStringList filters{
-        TrString::translate("InspectionDesk", "Reports (*.%1)").Arg(QString(reportExtension)).ToString()};
+    std::vector filters{
+        TrString::translate("InspectionDesk", "Reports (*.%1)").Arg(QString(reportExtension))};
     if (document.inspection)
-        filters.prepend(TrString::translate("InspectionDesk", "Documents (*.%1)")
-                            .Arg(QString(documentExtension))
-                            .ToString());
-    QFileDialog dialog(this, TrString::translate("InspectionDesk", "Save the result").ToString(), {},
-                       filters.join(u";;"_s));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    const auto takeSuffix = [&dialog](const QString& filter) {
-        dialog.setDefaultSuffix(filter.section(u'.', 1).chopped(1));
+        filters.insert(
+            filters.begin(),
+            TrString::translate("InspectionDesk", "Documents (*.%1)").Arg(QString(documentExtension)));
+    auto* const dialog =
+        MakeFileDialog(this, TrString::translate("InspectionDesk", "Save the result"), filters);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    const auto takeSuffix = [dialog](const QString& filter) {
+        dialog->setDefaultSuffix(filter.section(u'.', 1).chopped(1));
     };
-    connect(&dialog, &QFileDialog::filterSelected, takeSuffix);
-    takeSuffix(filters.front());
-    const ScopeBase page = OpenPage(u"Save"_s);
-    dialog.selectFile(QFileInfo(document.title).completeBaseName());
-    if (dialog.exec() == QDialog::Accepted)
-        Save(dialog.selectedFiles().value(0), document);
+    connect(dialog, &QFileDialog::filterSelected, dialog, takeSuffix);
+    takeSuffix(dialog->selectedNameFilter());
+    dialog->selectFile(QFileInfo(document.title).completeBaseName());
+    connect(dialog, &QFileDialog::fileSelected, this,
+            App::SafeCallable([this, document](const QString& file) { Save(file, document); }));
+    OpenPageFor(dialog, u"Save"_s);
+    dialog->open();
 }
 
 template <typename Work, typename Then>

@@ -11,9 +11,11 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QFile>
+#include <QFileDialog>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMetaProperty>
+#include <QPointer>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QStatusBar>
@@ -207,6 +209,65 @@ TEST_F(LanguageTest, AllThatCanBeOnDisplayFollows)
     same.merge(GetWords(qt_error_string(EIO) + ' ' + qt_error_string(ENOENT)));
     EXPECT_EQ(_Switch(), same);
     EXPECT_TRUE(m_window->IsBusy());
+}
+
+TEST_F(LanguageTest, FileDialogsFollow)
+{
+    m_window->Inspect(_Write("a.xyz", "0 0 0\n4 0 1\n4 2 0\n0 2 1\n"));
+    ASSERT_TRUE(TestSupport::WaitFor([this] { return !m_window->IsBusy(); }));
+    const struct
+    {
+        const char* action;
+        QStringList english;
+        QStringList french;
+    } rows[] = {{"&Open...",
+                 {"Open point clouds, documents and reports", "Files to open"},
+                 {"Ouvrir des nuages de points, des documents et des rapports", "Fichiers à ouvrir"}},
+                {"Save &as...",
+                 {"Save the result", "Documents", "Reports"},
+                 {"Enregistrer le résultat", "Documents", "Rapports"}}};
+    for (const auto& [action, english, french] : rows)
+    {
+        _Trigger(action);
+        const QPointer<QFileDialog> dialog = m_window->findChild<QFileDialog*>();
+        ASSERT_NE(dialog, nullptr);
+        const auto getTexts = [&dialog] {
+            QCoreApplication::processEvents();
+            QStringList texts{dialog->windowTitle()};
+            for (const QString& filter : dialog->nameFilters())
+                texts += filter.section(" (", 0, 0);
+            return texts;
+        };
+        EXPECT_EQ(getTexts(), english);
+        dialog->selectNameFilter(dialog->nameFilters().back());
+        App::SetLanguage("fr");
+        EXPECT_EQ(getTexts(), french);
+        EXPECT_EQ(dialog->selectedNameFilter(), dialog->nameFilters().back());
+        App::SetLanguage("en");
+        EXPECT_EQ(getTexts(), english);
+        dialog->reject();
+        QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+        EXPECT_EQ(dialog, nullptr);
+    }
+}
+
+TEST_F(LanguageTest, FileDialogsWork)
+{
+    const QString points = _Write("a.xyz", "0 0 0\n4 0 1\n4 2 0\n0 2 1\n");
+    const auto choose = [this](const char* action, const QString& file) {
+        _Trigger(action);
+        auto* const dialog = m_window->findChild<QFileDialog*>();
+        ASSERT_NE(dialog, nullptr);
+        dialog->setDirectory(s_folder->GetPath());
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(file);
+        static_cast<QDialog*>(dialog)->accept();
+        QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+        ASSERT_TRUE(TestSupport::WaitFor([this] { return !m_window->IsBusy(); }));
+    };
+    choose("&Open...", points);
+    ASSERT_NE(m_window->FindResult(points), nullptr);
+    choose("Save &as...", s_folder->GetPath() + "/saved");
+    EXPECT_TRUE(QFile::exists(s_folder->GetPath() + "/saved.vekdoc"));
 }
 
 TEST_F(LanguageTest, SettingsDialogSwitches)
