@@ -165,7 +165,12 @@ void DeskWindow::_AskForSettings()
                 DeskSettings settings = m_settings;
                 dialog->ApplyTo(settings);
                 _ChangeSettings(settings);
-                App::SetLanguage(dialog->GetLanguage());
+                const auto language = dialog->GetChosenLanguage();
+                if (!language)
+                    return;
+                App::SetLanguage(*language);
+                if (m_store)
+                    StartUsageReport(m_settings.sendsUsage, m_settings.clientId); // which tells the language
             }));
     OpenPageFor(dialog, u"Settings"_s);
     dialog->open();

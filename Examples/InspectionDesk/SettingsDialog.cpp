@@ -39,7 +39,11 @@ SettingsDialog::SettingsDialog(const DeskSettings& settings, QWidget* parent)
     AddItem(m_language, TrString::translate("InspectionDesk", "The system's"), QString());
     for (const QString& language : App::GetLanguages())
         m_language->addItem(App::GetLanguageName(language), language);
-    m_language->setCurrentIndex(std::max(0, m_language->findData(App::GetLanguage())));
+    // The settings may name one that is not in the list, such as fr_CA, of which French is shown.
+    m_shownLanguage = m_language->findData(App::GetLanguage());
+    if (m_shownLanguage < 0)
+        m_shownLanguage = m_language->findData(App::GetShownLanguage());
+    m_language->setCurrentIndex(m_shownLanguage);
     AddItem(m_unit, TrString::translate("InspectionDesk", "The one that suits"),
             QVariant::fromValue(ShownUnit()));
     for (const Unit::LengthUnit unit : Unit::GetUnits<Unit::LengthUnit>())
@@ -96,6 +100,13 @@ void SettingsDialog::ApplyTo(DeskSettings& settings) const
     settings.restoresWindow = m_restoresWindow->isChecked();
     if (m_forgetsFiles->isChecked())
         settings.recentFiles.clear();
+}
+
+std::optional<QString> SettingsDialog::GetChosenLanguage() const
+{
+    if (m_language->currentIndex() == m_shownLanguage)
+        return std::nullopt;
+    return m_language->currentData().toString();
 }
 
 void SettingsDialog::_ShowColours()

@@ -16,8 +16,8 @@ public:
 
     /// Puts what was chosen into the settings; others, which may have changed meanwhile, stay.
     void ApplyTo(DeskSettings& settings) const;
-    /// For App::SetLanguage.
-    [[nodiscard]] QString GetLanguage() const { return m_language->currentData().toString(); }
+    /// For App::SetLanguage; empty where the user has left it as it was.
+    [[nodiscard]] std::optional<QString> GetChosenLanguage() const;
 
 private:
     void _ShowColours();
@@ -26,6 +26,7 @@ private:
     QColor m_above;
     QColor m_below;
     QComboBox* const m_language;
+    int m_shownLanguage; ///< What m_language showed first.
     QComboBox* const m_unit;
     LengthLineEdit* const m_tolerance;
     QPushButton* const m_aboveButton;

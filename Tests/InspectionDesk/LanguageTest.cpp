@@ -1,5 +1,7 @@
 #include "InspectionDesk/DeskWindow.h"
 #include "InspectionDesk/SettingsDialog.h"
+#include "InspectionDesk/UsageReport.h"
+#include "Network/Servers.h"
 #include "Support/TestSupport.h"
 #include "VekAppCore/App/ApplicationFrame.h"
 #include "VekAppCore/App/Folders.h"
@@ -83,11 +85,13 @@ protected:
     // One frame for all, since the plug-in cannot be loaded again.
     static void SetUpTestSuite()
     {
+        s_server.emplace();
         s_folder.emplace();
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, s_folder->GetPath());
         QSettings::setPath(QSettings::IniFormat, QSettings::SystemScope, s_folder->GetPath());
         App::AppConfiguration configuration;
         configuration.applicationName = configuration.applicationTitle = "Desk";
+        ConfigureUsageReport(configuration, s_server->GetUrl("").toString());
         s_frame.emplace(configuration);
         s_frame->Start(App::GetAddonsDir());
     }
@@ -96,6 +100,7 @@ protected:
     {
         s_frame.reset();
         s_folder.reset();
+        s_server.reset();
     }
 
     LanguageTest()
@@ -160,6 +165,21 @@ protected:
         (*action)->trigger();
     }
 
+    /// Chooses an item of the settings dialog.
+    void _Choose(const QString& menuText, const QString& item) const
+    {
+        _Trigger(menuText);
+        auto* const dialog = m_window->findChild<QDialog*>();
+        ASSERT_NE(dialog, nullptr);
+        for (QComboBox* const box : dialog->findChildren<QComboBox*>())
+            if (box->findText(item) >= 0)
+                box->setCurrentText(item);
+        dialog->accept();
+        QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+    }
+
+    static inline std::optional<TestSupport::ScriptedServer> s_server;
     static inline std::optional<ScopedTempFolder> s_folder;
     static inline std::optional<App::ApplicationFrame> s_frame;
     std::optional<DeskWindow> m_window;
@@ -270,22 +290,40 @@ TEST_F(LanguageTest, FileDialogsWork)
     EXPECT_TRUE(QFile::exists(s_folder->GetPath() + "/saved.vekdoc"));
 }
 
+TEST_F(LanguageTest, SettingsDialogKeepsALanguageThatItDoesNotList)
+{
+    for (const auto& [choice, shown] : {std::pair("fr_CA", "Français"), std::pair("tlh", "English")})
+    {
+        App::SetLanguage(choice);
+        SettingsDialog dialog(DeskSettings(), &*m_window);
+        EXPECT_EQ(dialog.findChild<QComboBox*>()->currentText(), shown);
+        EXPECT_EQ(dialog.GetChosenLanguage(), std::nullopt) << choice;
+    }
+}
+
 TEST_F(LanguageTest, SettingsDialogSwitches)
 {
-    for (const auto& [menuText, item, expected] :
-         {std::tuple("Se&ttings...", "Français", "fr"), std::tuple("Ré&glages…", "Celle du système", "")})
-    {
-        _Trigger(menuText);
-        auto* const dialog = m_window->findChild<QDialog*>();
-        ASSERT_NE(dialog, nullptr);
-        for (QComboBox* const box : dialog->findChildren<QComboBox*>())
-            if (box->findText(item) >= 0)
-                box->setCurrentText(item);
-        dialog->accept();
-        QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(App::GetLanguage(), expected);
-    }
+    _Choose("Se&ttings...", "Français");
+    EXPECT_EQ(App::GetLanguage(), "fr");
+    _Choose("Ré&glages…", "Celle du système");
+    EXPECT_EQ(App::GetLanguage(), "");
     _Trigger("Se&ttings...");
+}
+
+TEST_F(LanguageTest, UsageIsReportedWithTheLanguageThatIsShown)
+{
+    DeskSettings settings;
+    settings.sendsUsage = true;
+    settings.clientId = "probe";
+    DeskSettingsStore().Write(settings);
+    m_window->UseSettings();
+    _Choose("Se&ttings...", "Français");
+    _Trigger("Ré&glages…"); // a page
+    EXPECT_TRUE(TestSupport::WaitFor([] {
+        return std::ranges::any_of(s_server->GetRequests(), [](const QByteArray& requests) {
+            return QString::fromUtf8(requests).contains(
+                QRegularExpression("\"application_language\":\\s*\\{\\s*\"value\":\\s*\"fr\""));
+        });
+    }));
 }
 } // namespace vek::Desk
