@@ -1,6 +1,6 @@
+#include <QFile>
 #include <VekAppCore/VekAppCore.h>
 #include <VekAppCore/Widgets.h>
-#include <QFile>
 #include <cstdio>
 
 using namespace vek;
