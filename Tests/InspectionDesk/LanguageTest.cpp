@@ -219,7 +219,9 @@ TEST_F(LanguageTest, AllThatCanBeOnDisplayFollows)
     App::Notifier({message, Log::Verbosity::Error, {}, {}});
     _Trigger("Se&ttings...");
     _Trigger("&Usage statistics...");
-    m_window->findChild<LengthLineEdit*>()->setText("!");
+    for (QLineEdit* const field : m_window->findChildren<QLineEdit*>())
+        if (dynamic_cast<LengthLineEdit*>(field)) // Qt itself does not tell it from other fields
+            field->setText("!");
     std::set<QString> same{"Desk", "English", "Français", "XML", "mil", "usft", "µin"};
     same.merge(std::set<QString>{"none", "ply", "slow", "vekdoc", "xml", "xyz"}); // of the files
     same.merge(std::set<QString>{"Points", "Trace", "document", "installation", "message", "pages", "points",
