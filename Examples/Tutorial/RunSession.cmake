@@ -2,7 +2,7 @@
 # SHOWN is a regular expression for what a Probe tells, LOGGED one for a line of the log file.
 cmake_policy(VERSION 3.25)
 file(REMOVE_RECURSE "${WORK_DIR}")
-file(COPY "${SOURCE_DIR}/Samples/" DESTINATION "${WORK_DIR}")
+file(COPY "${SAMPLES}/" DESTINATION "${WORK_DIR}")
 set(ENV{QT_QPA_PLATFORM} offscreen)
 set(ENV{HOME} "${WORK_DIR}/Home")
 set(ENV{XDG_CONFIG_HOME} "${WORK_DIR}/Home/Config")
@@ -10,7 +10,7 @@ set(ENV{XDG_DATA_HOME} "${WORK_DIR}/Home/Data")
 set(ENV{LC_ALL} C.UTF-8)
 unset(ENV{LANGUAGE}) # it would win
 
-file(READ "${SOURCE_DIR}/${STEP}/Session.txt" expected)
+file(READ "${SESSION}" expected)
 string(REGEX MATCHALL "\\$ [^\n]*" commands "${expected}")
 foreach(command IN LISTS commands)
     separate_arguments(words UNIX_COMMAND "${command}")
