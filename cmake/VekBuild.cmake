@@ -32,22 +32,6 @@ if(VEK_SANITIZE)
     target_link_options(VekOptions INTERFACE -fsanitize=${VEK_SANITIZE})
 endif()
 
-# vek_find_package(<Debian packages> <arguments of find_package>...): says what to install where it is missing. A macro,
-# since packages set variables for the folder that asks.
-macro(vek_find_package debian_packages name)
-    find_package(${name} ${ARGN} QUIET)
-    if(NOT ${name}_FOUND)
-        string(JOIN " " VEK_WANTED ${name} ${ARGN})
-        string(REPLACE "," " " VEK_MISSING "${debian_packages}")
-        if(${name}_CONSIDERED_VERSIONS)
-            string(APPEND VEK_WANTED " (not ${${name}_CONSIDERED_VERSIONS})")
-        endif()
-        message(FATAL_ERROR "VekAppCore needs ${VEK_WANTED}, which was not found. ${${name}_NOT_FOUND_MESSAGE}\n"
-            "On Debian 12, \"apt-get install ${VEK_MISSING}\" installs it, and Scripts/install-dependencies all that is "
-            "needed. A copy in a folder of your own is found with -D CMAKE_PREFIX_PATH=<folder>.")
-    endif()
-endmacro()
-
 # vek_add_library(<name> <component>): an empty shared library with hidden symbols and an export macro of its own,
 # which users find as that component of the package.
 function(vek_add_library name component)
