@@ -1,4 +1,5 @@
 #include "VekBase/PluginMgr.h"
+#include "Base/CurrentException.h"
 #include <QDir>
 #include <QFileInfo>
 #include <QLibrary>
@@ -10,23 +11,8 @@ namespace vek::IO
 namespace
 {
 constexpr const char* entryPoint = "VekCreatePlugin";
+constexpr const char* unknownException = "an exception of unknown type";
 using EntryPoint = IPlugin* (*)();
-
-QString DescribeCurrentException()
-{
-    try
-    {
-        throw;
-    }
-    catch (const std::exception& exception)
-    {
-        return QString::fromUtf8(exception.what());
-    }
-    catch (...)
-    {
-        return QStringLiteral("an exception of unknown type");
-    }
-}
 } // namespace
 
 IPlugin::~IPlugin() = default;
@@ -59,7 +45,7 @@ PluginOwner::PluginOwner(const QString& file)
     }
     catch (...)
     {
-        throw PluginException(file, DescribeCurrentException());
+        throw PluginException(file, vek::Details::DescribeCurrentException(unknownException));
     }
     if (!m_plugin)
         throw PluginException(file, QStringLiteral("%1 returned no plug-in").arg(QLatin1String(entryPoint)));
@@ -136,7 +122,7 @@ PluginOwner& PluginMgr::Load(const QString& file)
     catch (...)
     {
         find()->isRejected = true;
-        throw PluginException(path, DescribeCurrentException());
+        throw PluginException(path, vek::Details::DescribeCurrentException(unknownException));
     }
     return owner;
 }

@@ -1,4 +1,5 @@
 #include "VekAppCore/Text/NumberExtractor.h"
+#include "Text/Quantities.h"
 #include <QHash>
 #include <QMutex>
 #include <QRegularExpression>
@@ -658,11 +659,9 @@ const QString& ValueWithUnitExtractor<U>::GetUnlocalizedRegexStr()
     return GetQuantityGrammar<UnitType>().pattern;
 }
 
-template class ValueWithUnitExtractor<Unit::Length>;
-template class ValueWithUnitExtractor<Unit::Area>;
-template class ValueWithUnitExtractor<Unit::Volume>;
-template class ValueWithUnitExtractor<Unit::Angle>;
-template class ValueWithUnitExtractor<Unit::Percent>;
+#define VEK_INSTANTIATE(Q) template class ValueWithUnitExtractor<Unit::Q>;
+VEK_FOR_EACH_QUANTITY(VEK_INSTANTIATE)
+#undef VEK_INSTANTIATE
 
 std::vector<DoubleWithPrefix> ExtractDoubleWithPrefixList(const QString& text)
 {

@@ -1,4 +1,5 @@
 #include "VekAppCore/Text/QuantityLineEdit.h"
+#include "Text/Quantities.h"
 #include <QCoreApplication>
 #include <algorithm>
 #include <cmath>
@@ -113,9 +114,7 @@ bool QuantityLineEdit<U>::_IsInRange(const U& quantity) const
     return !m_range || (quantity >= m_range->first && quantity <= m_range->second);
 }
 
-template class QuantityLineEdit<Unit::Length>;
-template class QuantityLineEdit<Unit::Area>;
-template class QuantityLineEdit<Unit::Volume>;
-template class QuantityLineEdit<Unit::Angle>;
-template class QuantityLineEdit<Unit::Percent>;
+#define VEK_INSTANTIATE(Q) template class QuantityLineEdit<Unit::Q>;
+VEK_FOR_EACH_QUANTITY(VEK_INSTANTIATE)
+#undef VEK_INSTANTIATE
 } // namespace vek

@@ -1,4 +1,5 @@
 #include "VekAppCore/Text/Unit.h"
+#include "Text/Quantities.h"
 #include "VekAppCore/Text/UnitConvert.h"
 #include <QDataStream>
 #include <cmath>
@@ -21,16 +22,11 @@ Signal<void()>& GetDefaultUnitChanged()
 
 // Qt finds a type by its name in a stream once it has been registered.
 const bool isRegistered = [] {
-    qRegisterMetaType<Length>();
-    qRegisterMetaType<Area>();
-    qRegisterMetaType<Volume>();
-    qRegisterMetaType<Angle>();
-    qRegisterMetaType<Percent>();
-    qRegisterMetaType<LengthUnit>();
-    qRegisterMetaType<AreaUnit>();
-    qRegisterMetaType<VolumeUnit>();
-    qRegisterMetaType<AngleUnit>();
-    qRegisterMetaType<PercentUnit>();
+#define VEK_REGISTER(Q)                                                                                      \
+    qRegisterMetaType<Q>();                                                                                  \
+    qRegisterMetaType<Q::UnitType>();
+    VEK_FOR_EACH_QUANTITY(VEK_REGISTER)
+#undef VEK_REGISTER
     return true;
 }();
 } // namespace
@@ -109,10 +105,6 @@ std::string ToLogText(const Radian& radian) { return ToLogText(Angle(radian)); }
     template VEKAPPCORE_EXPORT QDataStream& operator>>(QDataStream&, Q&);                                    \
     template VEKAPPCORE_EXPORT std::ostream& operator<<(std::ostream&, const Q&);                            \
     template VEKAPPCORE_EXPORT std::string ToLogText(const Q&);
-VEK_INSTANTIATE(Length)
-VEK_INSTANTIATE(Area)
-VEK_INSTANTIATE(Volume)
-VEK_INSTANTIATE(Angle)
-VEK_INSTANTIATE(Percent)
+VEK_FOR_EACH_QUANTITY(VEK_INSTANTIATE)
 #undef VEK_INSTANTIATE
 } // namespace vek::Unit

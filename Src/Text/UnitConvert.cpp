@@ -1,4 +1,5 @@
 #include "VekAppCore/Text/UnitConvert.h"
+#include "Text/Quantities.h"
 #include "VekAppCore/Data/VariantConverter.h"
 #include <algorithm>
 #include <cmath>
@@ -169,11 +170,7 @@ Volume ToBestDisplay(const Volume& volume, bool allowLarger)
     template VEKAPPCORE_EXPORT bool FromString(QStringView, Q::UnitType&);                                   \
     template VEKAPPCORE_EXPORT QString ToString(const Q&, const NumberOptions&);                             \
     template VEKAPPCORE_EXPORT bool FromString(QStringView, Q&, const NumberOptions&);
-VEK_INSTANTIATE(Length)
-VEK_INSTANTIATE(Area)
-VEK_INSTANTIATE(Volume)
-VEK_INSTANTIATE(Angle)
-VEK_INSTANTIATE(Percent)
+VEK_FOR_EACH_QUANTITY(VEK_INSTANTIATE)
 #undef VEK_INSTANTIATE
 } // namespace vek::Convert
 
@@ -200,10 +197,6 @@ std::optional<T> UnitVariantConverter<T>::FromVariant(const QVariant& variant)
 #define VEK_INSTANTIATE(Q)                                                                                   \
     template struct UnitVariantConverter<Unit::Q>;                                                           \
     template struct UnitVariantConverter<Unit::Q::UnitType>;
-VEK_INSTANTIATE(Length)
-VEK_INSTANTIATE(Area)
-VEK_INSTANTIATE(Volume)
-VEK_INSTANTIATE(Angle)
-VEK_INSTANTIATE(Percent)
+VEK_FOR_EACH_QUANTITY(VEK_INSTANTIATE)
 #undef VEK_INSTANTIATE
 } // namespace vek::App
