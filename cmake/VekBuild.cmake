@@ -81,6 +81,7 @@ function(vek_add_test area)
     list(TRANSFORM arg_UNPARSED_ARGUMENTS APPEND ".cpp")
     add_executable(${arg_NAME} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${arg_NAME} PRIVATE VekOptions VekAppCoreWidgets VekTestSupport ${arg_LIBRARIES})
+    target_precompile_headers(${arg_NAME} REUSE_FROM VekTestSupport)
     gtest_discover_tests(${arg_NAME}
         PROPERTIES LABELS "${arg_LABEL}" ENVIRONMENT "${VEK_TEST_ENVIRONMENT}" TIMEOUT 120
         DISCOVERY_TIMEOUT 60)

@@ -3,8 +3,9 @@
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
-# One cache for all clones: paths count from the root.
-export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+# One cache for all clones: paths count from the root. What was not found in it is compiled without a run of the
+# preprocessor before, and precompiled headers are cached as well.
+export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1 CCACHE_DEPEND=1 CCACHE_SLOPPINESS=pch_defines,time_macros
 
 # Joined by &&, since errexit does not reach into a function whose result the caller tests.
 
