@@ -1,9 +1,9 @@
 #include "VekAppCore/Text/Convert.h"
 #include "Support/TestSupport.h"
-#include <QByteArrayList>
 #include <QDateTime>
 #include <QPointF>
 #include <QRectF>
+#include <QRegularExpression>
 #include <QUuid>
 #include <QVariant>
 #include <bit>
@@ -16,111 +16,76 @@ namespace vek::Convert
 namespace
 {
 const QLocale german(QLocale::German, QLocale::Germany);
-const QLocale french(QLocale::French, QLocale::France); // groups with U+202F
-const QLocale persian(QLocale::Persian);                // other digits and signs
 
-struct NumberCase
+TEST(Convert, NumbersAreWrittenAndReadAgain)
 {
-    const char* fault;
-    double value;
-    NumberOptions options;
-    QString text;
-};
-void PrintTo(const NumberCase& row, std::ostream* out) { *out << row.fault; }
-class NumberText : public testing::TestWithParam<NumberCase>
-{};
-
-TEST_P(NumberText, IsWrittenAndReadAgain)
-{
-    EXPECT_EQ(ToString(GetParam().value, GetParam().options), GetParam().text);
-    double back = 0;
-    EXPECT_TRUE(FromString(' ' + GetParam().text + ' ', back, GetParam().options));
-    EXPECT_EQ(ToString(back, GetParam().options), GetParam().text);
+    using enum ENotation;
+    const QLocale c = QLocale::c();
+    const QLocale french(QLocale::French, QLocale::France); // groups with U+202F
+    const QLocale persian(QLocale::Persian);                // other digits and signs
+    const struct
+    {
+        const char* fault;
+        double value;
+        NumberOptions options;
+        QString text;
+    } rows[] = {
+        {"digits beyond the shortest", 0.1, {}, "0.1"},
+        {"integer with an exponent", 100'000, {}, "100000"},
+        {"zeros nobody reads", 1e16, {}, "1e+16"},
+        {"small number in fixed notation", 0.000009, {}, "9e-06"},
+        {"sign of zero lost", -0.0, {}, "-0"},
+        {"infinity lost", -INFINITY, {}, "-inf"},
+        {"greatest number cut off", 1.7976931348623157e308, {}, "1.7976931348623157e+308"},
+        {"decimals cut", 12.5, {c, Fixed, 3}, "12.500"},
+        {"negative decimals", 12.5, {c, Fixed, -1}, "12"},
+        {"point without decimals", 0.5, {c, Scientific, 0}, "5e-01"},
+        {"groups of the C locale left out", 1234567.5, {c, Shortest, 0, true}, "1,234,567.5"},
+        {"separator before the first digit", -123456, {german, Fixed, 1, true}, "-123.456,0"},
+        {"separator without being asked for", 1234.5, {german}, "1234,5"},
+        {"separator of one byte", 1234.5, {french, Shortest, 0, true}, QStringLiteral(u"1\u202f234,5")},
+        {"digits of the locale", -1.5, {persian}, "-1" + persian.decimalPoint() + "5"}};
+    for (const auto& [fault, value, options, text] : rows)
+    {
+        EXPECT_EQ(ToString(value, options), text) << fault;
+        double back = 0;
+        EXPECT_TRUE(FromString(' ' + text + ' ', back, options)) << fault;
+        EXPECT_EQ(ToString(back, options), text) << fault;
+    }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Rows, NumberText,
-    testing::Values(
-        NumberCase{"digits beyond the shortest", 0.1, {}, "0.1"},
-        NumberCase{"integer with an exponent", 100'000, {}, "100000"},
-        NumberCase{"zeros nobody reads", 1e16, {}, "1e+16"},
-        NumberCase{"small number in fixed notation", 0.000009, {}, "9e-06"},
-        NumberCase{"sign of zero lost", -0.0, {}, "-0"}, NumberCase{"infinity lost", -INFINITY, {}, "-inf"},
-        NumberCase{"greatest number cut off", 1.7976931348623157e308, {}, "1.7976931348623157e+308"},
-        NumberCase{"decimals cut", 12.5, {QLocale::c(), ENotation::Fixed, 3}, "12.500"},
-        NumberCase{"negative decimals", 12.5, {QLocale::c(), ENotation::Fixed, -1}, "12"},
-        NumberCase{"point without decimals", 0.5, {QLocale::c(), ENotation::Scientific, 0}, "5e-01"},
-        NumberCase{"groups of the C locale left out",
-                   1234567.5,
-                   {QLocale::c(), ENotation::Shortest, 0, true},
-                   "1,234,567.5"},
-        NumberCase{
-            "separator before the first digit", -123456, {german, ENotation::Fixed, 1, true}, "-123.456,0"},
-        NumberCase{"separator without being asked for", 1234.5, {german}, "1234,5"},
-        NumberCase{"separator of one byte",
-                   1234.5,
-                   {french, ENotation::Shortest, 0, true},
-                   QStringLiteral(u"1\u202f234,5")},
-        NumberCase{"digits of the locale", -1.5, {persian}, "-1" + persian.decimalPoint() + "5"}));
 
-struct RefusedCase
-{
-    const char* fault;
-    QString text;
-    NumberOptions options{};
-};
-void PrintTo(const RefusedCase& row, std::ostream* out) { *out << row.fault; }
-class RefusedNumber : public testing::TestWithParam<RefusedCase>
-{};
-
-TEST_P(RefusedNumber, LeavesTheValue)
+TEST(Convert, WhatIsNoNumberLeavesTheValue)
 {
     double value = 7;
-    EXPECT_FALSE(FromString(GetParam().text, value, GetParam().options));
+    for (const char* text : {"", "  ", "12mm", "+-1", "-", "1e400", "0x10", "\xef\xbc\x91", "1,23", "1,2345",
+                             "1234,567", "1.234,567", ",123", "1.2.3"})
+        EXPECT_FALSE(FromString(QString(text), value, {})) << text;
+    EXPECT_FALSE(FromString(u"1.5", value, {german}));
     EXPECT_EQ(value, 7);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Rows, RefusedNumber,
-    testing::Values(RefusedCase{"empty text taken for zero", ""}, RefusedCase{"blanks taken for zero", "  "},
-                    RefusedCase{"end of the text ignored", "12mm"}, RefusedCase{"two signs taken", "+-1"},
-                    RefusedCase{"sign alone taken", "-"}, RefusedCase{"overflow taken for infinity", "1e400"},
-                    RefusedCase{"hexadecimal taken", "0x10"},
-                    RefusedCase{"wide digit taken", QStringLiteral(u"\uff11")},
-                    RefusedCase{"short group taken", "1,23"}, RefusedCase{"long group taken", "1234,567"},
-                    RefusedCase{"group behind the point taken", "1.234,567"},
-                    RefusedCase{"group at the start taken", ",123"},
-                    RefusedCase{"point of another locale taken", "1.5", {german}},
-                    RefusedCase{"two points taken", "1.2.3"}));
 
 TEST(Convert, NumbersComeBackBitForBit)
 {
     std::mt19937_64 random(1);
-    for (int i = 0; i < 100'000; ++i)
+    const auto check = []<typename Bits>(auto number, Bits) {
+        decltype(number) back = 0;
+        ASSERT_TRUE(FromString(ToString(number), back)) << number;
+        ASSERT_EQ(std::isnan(back), std::isnan(number));
+        ASSERT_EQ(std::bit_cast<Bits>(std::isnan(number) ? number : back), std::bit_cast<Bits>(number));
+    };
+    for (int i = 0; i < 100'000 && !HasFatalFailure(); ++i)
     {
-        const auto number = std::bit_cast<double>(random());
-        const auto shorter = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
-        double back = 0;
-        float shorterBack = 0;
-        if (!std::isnan(number))
-        {
-            ASSERT_TRUE(FromString(ToString(number), back)) << number;
-            ASSERT_EQ(std::bit_cast<std::uint64_t>(back), std::bit_cast<std::uint64_t>(number));
-        }
-        if (!std::isnan(shorter))
-        {
-            ASSERT_TRUE(FromString(ToString(shorter), shorterBack)) << shorter;
-            ASSERT_EQ(std::bit_cast<std::uint32_t>(shorterBack), std::bit_cast<std::uint32_t>(shorter));
-        }
+        check(std::bit_cast<double>(random()), std::uint64_t());
+        check(std::bit_cast<float>(static_cast<std::uint32_t>(random())), std::uint32_t());
     }
-    double nan = 0;
-    EXPECT_TRUE(FromString(ToString(std::nan("")), nan) && std::isnan(nan));
 }
 
 TEST(Convert, IntegersAreReadWhereTheyFit)
 {
-    EXPECT_EQ(ToString(std::numeric_limits<qint64>::min()), "-9223372036854775808");
-    EXPECT_EQ(ToString(std::numeric_limits<quint64>::max()), "18446744073709551615");
-    EXPECT_EQ(ToString(static_cast<signed char>(-5)), "-5");
-    EXPECT_EQ(ToString(-1234567, {QLocale::c(), {}, 0, true}), "-1,234,567");
+    EXPECT_EQ((QStringList{
+                  ToString(std::numeric_limits<qint64>::min()), ToString(std::numeric_limits<quint64>::max()),
+                  ToString(static_cast<signed char>(-5)), ToString(-1234567, {QLocale::c(), {}, 0, true})}),
+              (QStringList{"-9223372036854775808", "18446744073709551615", "-5", "-1,234,567"}));
     int number = 7;
     EXPECT_TRUE(FromString(u"+1.234", number, {german}) && number == 1234);
     quint8 small = 7;
@@ -184,21 +149,16 @@ TEST(Convert, VariantsOfAllKindsHaveTexts)
     for (const auto& [value, text] : rows)
     {
         EXPECT_EQ(ToString(value), text);
+        if (value.typeId() == QMetaType::QVariantList)
+            continue; // Qt reads it as a list of one text
+        const bool hasText = value.isValid() && !text.contains(QRegularExpression("\\{1}|^Q"));
         QVariant back = "before";
-        const bool isRead = FromString(text, value.metaType(), back);
-        const bool hasText =
-            value.isValid() && !text.contains(u'[') && !text.contains(u'{') && !text.startsWith(u'Q');
-        if (hasText)
-        {
-            EXPECT_TRUE(isRead && back == value) << text.toStdString();
-        }
-        else if (!isRead)
-        {
-            EXPECT_EQ(back, QVariant("before"));
-        }
+        EXPECT_EQ(FromString(text, value.metaType(), back), hasText) << text.toStdString();
+        EXPECT_EQ(back, hasText ? value : "before") << text.toStdString();
     }
     QVariant value;
     EXPECT_FALSE(FromString(u"1; 2; 3", QMetaType::fromType<QPointF>(), value));
+    EXPECT_FALSE(FromString(u"x", QMetaType::fromType<QUuid>(), value));
     EXPECT_FALSE(FromString(u"Sideways", QMetaType::fromType<Qt::Orientation>(), value));
 }
 } // namespace
