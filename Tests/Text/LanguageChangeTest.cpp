@@ -10,7 +10,7 @@
 
 namespace vek::StringUtility
 {
-static void Send(QObject& object, QEvent::Type type)
+static void Send(QObject& object, QEvent::Type type = QEvent::LanguageChange)
 {
     QEvent event(type);
     QCoreApplication::sendEvent(&object, &event);
@@ -19,23 +19,23 @@ static void Send(QObject& object, QEvent::Type type)
 TEST(LanguageChange, CallsBackOncePerEventOfThatTypeUntilItsScopeEnds)
 {
     auto object = std::make_unique<QObject>();
-    const auto append = [](std::string& trace, char mark) { return [&trace, mark] { trace += mark; }; };
     std::string calls;
-    OnLanguageChanged(object.get(), append(calls, 'a'), false);
-    OnLanguageChanged(object.get(), append(calls, 'b'), true);
+    OnLanguageChanged(
+        object.get(), [&calls] { calls += 'a'; }, false);
+    OnLanguageChanged(
+        object.get(), [&calls] { calls += 'b'; }, true);
     EXPECT_EQ(calls, "b");
-    std::string scopeCalls;
     ScopeBase scope;
     scope = OnLanguageChangedScope(object.get(), [&] {
-        if ((scopeCalls += 'c').size() == 2)
+        calls += 'c';
+        if (std::ranges::count(calls, 'c') == 2)
             scope.Release(); // from inside
     });
     const ScopeBase longer = OnLanguageChangedScope(object.get(), [] {});
     for (const auto type : {QEvent::LanguageChange, QEvent::FontChange, QEvent::LanguageChange})
         Send(*object, type);
-    EXPECT_EQ(std::ranges::count(calls, 'a'), 2);
-    EXPECT_EQ(std::ranges::count(calls, 'b'), 3);
-    EXPECT_EQ(scopeCalls, "cc");
+    std::ranges::sort(calls);
+    EXPECT_EQ(calls, "aabbbcc");
     object.reset(); // before its scope
 }
 
@@ -46,7 +46,7 @@ TEST(LanguageChange, ACallbackThatThrowsIsReported)
     QObject object;
     const auto fail = [] { throw Exception::InternalAppException(QStringLiteral("no text")); };
     OnLanguageChanged(&object, fail, false);
-    Send(object, QEvent::LanguageChange);
+    Send(object);
     ASSERT_EQ(notifications.messages.size(), 1U);
     EXPECT_EQ(notifications.messages[0].text.ToString(), QStringLiteral("no text"));
 }
@@ -58,7 +58,7 @@ TEST(LanguageChange, TheLibrarySpeaksFrench)
     OnLanguageChanged(&object, ToTrString(true), [&shown](const QString& now) { shown = now; });
     EXPECT_EQ(shown, QStringLiteral("Yes"));
     EXPECT_EQ(App::InstallTranslations(QLocale(QLocale::French)), 1);
-    Send(object, QEvent::LanguageChange);
+    Send(object);
     EXPECT_EQ(shown, QStringLiteral("Oui"));
     EXPECT_EQ(App::InstallTranslations(QLocale(QLocale::German)), 0);
     EXPECT_EQ(ToTrString(true).ToString(), QStringLiteral("Yes"));
