@@ -11,32 +11,17 @@ namespace vek
 {
 namespace
 {
-struct PrintCase
+/// A line for each value, as all three print it.
+template <typename... T>
+std::string Print(const T&... values)
 {
-    std::string expected;
-    std::string byQDebug;
+    QString byQDebug;
+    (static_cast<void>(QDebug(&byQDebug).nospace() << values << '\n'), ...);
     std::string byFmt;
-    std::string byGoogleTest;
-};
-void PrintTo(const PrintCase& row, std::ostream* out) { *out << row.expected; }
-
-template <typename T>
-PrintCase Case(const T& value, std::string expected)
-{
-    QString debug;
-    QDebug(&debug).nospace() << value;
-    return {std::move(expected), debug.toStdString(), fmt::format("{}", value),
-            testing::PrintToString(value)};
-}
-
-class LogText : public testing::TestWithParam<PrintCase>
-{};
-
-TEST_P(LogText, IsPrintedByAllThree)
-{
-    EXPECT_EQ(GetParam().byQDebug, GetParam().expected);
-    EXPECT_EQ(GetParam().byFmt, GetParam().expected);
-    EXPECT_EQ(GetParam().byGoogleTest, GetParam().expected);
+    ((byFmt += fmt::format("{}\n", values)), ...);
+    EXPECT_EQ(byQDebug.toStdString(), byFmt);
+    EXPECT_EQ(((testing::PrintToString(values) + '\n') + ...), byFmt);
+    return byFmt;
 }
 
 App::VekQVariantMap MakeMap()
@@ -47,69 +32,53 @@ App::VekQVariantMap MakeMap()
     return map;
 }
 
-App::VekQVariant Share(App::VekQVariant node)
-{
-    node.Share();
-    return node;
-}
-
-TrString MakeDead()
-{
-    TrString text = TrString::NoTranslate("x");
-    const TrString taken = std::move(text);
-    return text;
-}
-
 struct Watched : SafeObject
 {};
 
-INSTANTIATE_TEST_SUITE_P(
-    Text, LogText,
-    testing::Values(Case(Bool(true), "Yes"), Case(TrString::NoTranslate("µ \"%1\"").Arg(2), "µ \"2\""),
-                    Case(MakeDead(), ""), Case(Unit::Length(-0.5, Unit::LengthUnit::Micrometer), "-0.5 µm"),
-                    Case(Unit::Area(2, Unit::AreaUnit::Feet2), "2 ft²"),
-                    Case(Unit::Volume(2, Unit::VolumeUnit::Liter), "2 l"),
-                    Case(Unit::Angle(90, Unit::AngleUnit::Degree), "90°"), Case(Unit::Percent(5), "5 %"),
-                    Case(Unit::Radian{0.5}, "0.5 rad"), Case(Unit::LengthUnit::Miles, "Miles"),
-                    Case(Unit::AreaUnit::Micrometer2, "Micrometer2"),
-                    Case(Unit::VolumeUnit::BarrelOilUS, "BarrelOilUS"), Case(Unit::AngleUnit{1}, "1"),
-                    Case(Unit::PercentUnit::END, "2"), Case(Triplet{1, 2.5, -3, {}}, "1; 2.5; -3"),
-                    Case(Convert::ENotation::Scientific, "Scientific"),
-                    Case(Convert::ExtractedNumberInfo{.value = 1.5, .text = "mm"}, "1.5 mm"),
-                    Case(Convert::DoubleWithPrefix{"dz", 2}, "dz=2"),
-                    Case(Convert::DoubleWithPrefix{"", 2}, "2")));
-
-INSTANTIATE_TEST_SUITE_P(
-    Data, LogText,
-    testing::Values(Case(App::HPath("a//b"), "a/b"),
-                    Case(App::VekQVariant::From(2.5), R"(VekQVariant("double", "2.5"))"),
-                    Case(Share({}), R"(VekQVariant(shared, "", ""))"), Case(MakeMap(), "{a: [2]; b: ä}"),
-                    Case(App::VekQVariantList{App::VekQVariant::From(1), {}}, R"([1; ""])"),
-                    Case(App::EVariantStoreFormat::Readable, "Readable")));
-
-INSTANTIATE_TEST_SUITE_P(
-    Others, LogText,
-    testing::Values(
-        Case(RawPtr<Watched>(), "(vek::(anonymous namespace)::Watched*) null"),
-        Case(Log::Verbosity::Trace, "Trace"), Case(Log::Verbosity{0}, "0"), Case(Log::Verbosity{6}, "6"),
-        Case(Multithread::TBBHelper::ETaskGroupStatus::Canceled, "Canceled"),
-        Case(Threading::EEventToTreat::ExcludeUserInput, "ExcludeUserInput"),
-        Case(App::EAppType::Beta, "Beta"), Case(App::EAppType{-1}, "-1"),
-        Case(App::EExceptionType::GeneralError, "GeneralError"),
-        Case(App::NotifierMessage{TrString::translate("C", "Saved"), Log::Verbosity::Info,
-                                  TrString::NoTranslate("Desk"), "a.bin"},
-             "Info: Saved (Desk) a.bin"),
-        Case(App::SettingsPath{"Ostrafel", "Desk 2.0"}, "Ostrafel/Desk 2.0"),
-        Case(AsciiStringView("Width"), "Width"), Case(XmlFinding{3, "Line 3: no Width"}, "Line 3: no Width"),
-        Case(XmlException::Place{12, "Width", "plate.xml"}, "plate.xml:12: Width"),
-        Case(Analytics::ApplicationMode::Demonstration, "Demonstration"),
-        Case(Analytics::EApplicationParameter::HostName, "HostName"),
-        Case(Analytics::EApplicationParameter{13}, "13"),
-        Case(Analytics::GoogleAnalyticsService::Sent{{}, "/batch", "v=1"}, "/batch v=1"),
-        Case(App::DeclarationInfo{"Context", "Reader", {}, {}}, "Context: Reader"),
-        Case(Analytics::CustomDimension{2, "CAD"}, "2: CAD"), Case(Analytics::CustomMetric{3, "7"}, "3: 7"),
-        Case(Analytics::Analytics4Query::Event{.name = "open", .parameters = {{"a b", 1}}},
-             R"({"name":"open","params":{"a_b":1}})")));
+TEST(LogText, IsPrintedByAllThree)
+{
+    TrString dead = TrString::NoTranslate("x");
+    const TrString taken = std::move(dead);
+    App::VekQVariant shared;
+    shared.Share();
+    EXPECT_EQ(Print(dead, Bool(true), TrString::NoTranslate("µ \"%1\"").Arg(2), AsciiStringView("Width")),
+              "\nYes\nµ \"2\"\nWidth\n");
+    using namespace Unit;
+    EXPECT_EQ(Print(Length(-0.5, LengthUnit::Micrometer), Area(2, AreaUnit::Feet2),
+                    Volume(2, VolumeUnit::Liter), Angle(90, AngleUnit::Degree), Percent(5), Radian{0.5},
+                    Triplet{1, 2.5, -3, {}}),
+              "-0.5 µm\n2 ft²\n2 l\n90°\n5 %\n0.5 rad\n1; 2.5; -3\n");
+    EXPECT_EQ(Print(LengthUnit::Miles, AreaUnit::Micrometer2, VolumeUnit::BarrelOilUS, AngleUnit{1},
+                    PercentUnit::END),
+              "Miles\nMicrometer2\nBarrelOilUS\n1\n2\n");
+    using namespace Convert;
+    EXPECT_EQ(Print(ENotation::Scientific, ExtractedNumberInfo{.value = 1.5, .text = "mm"},
+                    DoubleWithPrefix{"dz", 2}, DoubleWithPrefix{"", 2}),
+              "Scientific\n1.5 mm\ndz=2\n2\n");
+    using namespace App;
+    EXPECT_EQ(
+        Print(HPath("a//b"), VekQVariant::From(2.5), shared, MakeMap(),
+              VekQVariantList{VekQVariant::From(1), {}}),
+        "a/b\nVekQVariant(\"double\", \"2.5\")\nVekQVariant(shared, \"\", \"\")\n{a: [2]; b: ä}\n[1; \"\"]\n");
+    EXPECT_EQ(Print(EVariantStoreFormat::Readable, EAppType::Beta, EExceptionType::GeneralError,
+                    SettingsPath{"Ostrafel", "Desk 2.0"}, DeclarationInfo{"Context", "Reader", {}, {}},
+                    NotifierMessage{TrString::translate("C", "Saved"), Log::Verbosity::Info,
+                                    TrString::NoTranslate("Desk"), "a.bin"}),
+              "Readable\nBeta\nGeneralError\nOstrafel/Desk 2.0\nContext: Reader\nInfo: Saved (Desk) a.bin\n");
+    EXPECT_EQ(Print(Log::Verbosity::Trace, Log::Verbosity{0}, Log::Verbosity{6},
+                    Multithread::TBBHelper::ETaskGroupStatus::Canceled,
+                    Threading::EEventToTreat::ExcludeUserInput),
+              "Trace\n0\n6\nCanceled\nExcludeUserInput\n");
+    EXPECT_EQ(Print(RawPtr<Watched>(), XmlFinding{3, "Line 3: no Width"},
+                    XmlException::Place{12, "Width", "plate.xml"}),
+              "(vek::(anonymous namespace)::Watched*) null\nLine 3: no Width\nplate.xml:12: Width\n");
+    using namespace Analytics;
+    EXPECT_EQ(
+        Print(ApplicationMode::Demonstration, EApplicationParameter::HostName, EApplicationParameter{13},
+              GoogleAnalyticsService::Sent{{}, "/batch", "v=1"}, CustomDimension{2, "CAD"},
+              CustomMetric{3, "7"}, Analytics4Query::Event{.name = "open", .parameters = {{"a b", 1}}}),
+        "Demonstration\nHostName\n13\n/batch v=1\n2: CAD\n3: 7\n{\"name\":\"open\",\"params\":{\"a_b\":1}}\n");
+}
 
 TEST(LogText, OfAPointerIsItsAddress)
 {
