@@ -15,25 +15,30 @@ namespace
 {
 using enum Unit::LengthUnit;
 
-void Press(QWidget& widget, Qt::Key key, const QString& text = {})
+/// The text after that key.
+QString Press(QLineEdit& edit, Qt::Key key, const QString& text = {})
 {
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
-    QCoreApplication::sendEvent(&widget, &press);
+    QCoreApplication::sendEvent(&edit, &press);
+    return edit.text();
 }
 
-/// Types in place of all that is there.
-void Type(QLineEdit& edit, const QString& text)
+/// Types in place of all that is there; the text after it.
+QString Type(QLineEdit& edit, const QString& text)
 {
     edit.selectAll();
     for (const QChar c : text)
         Press(edit, Qt::Key_unknown, c);
+    return edit.text();
 }
 
-void Roll(QWidget& widget, int degrees)
+/// The text after the wheel has turned.
+QString Roll(QLineEdit& edit, int degrees)
 {
     QWheelEvent event({5, 5}, {5, 5}, {}, {0, degrees * 8}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
                       false);
-    QCoreApplication::sendEvent(&widget, &event);
+    QCoreApplication::sendEvent(&edit, &event);
+    return edit.text();
 }
 
 class Fields : public testing::Test
@@ -48,11 +53,11 @@ protected:
         dialog.show();
         length.setFocus();
         QApplication::setActiveWindow(&dialog);
-        changed = length.OnValueChanged([this] { ++changes; });
+        changed = length.OnValueChanged([this] { changes += Convert::ToString(length.GetValue()); });
     }
 
     const ScopeBase english = StringUtility::ChangeQSystemLocale(QLocale("en_US"));
-    int changes = 0;
+    QStringList changes; ///< The values.
     QDialog dialog;
     LengthLineEdit length;
     NumberLineEdit number;
@@ -63,39 +68,32 @@ TEST_F(Fields, TypedUnitIsShownInTheProjects)
 {
     EXPECT_EQ(length.text(), "0 mm");
     Type(length, "1in");
-    EXPECT_EQ(changes, 0);
-    Press(length, Qt::Key_Return);
-    EXPECT_EQ(length.text(), "25.4 mm");
-    EXPECT_EQ(length.GetValue().GetUnit(), Inch);
-    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(changes, QStringList());
+    EXPECT_EQ(Press(length, Qt::Key_Return), "25.4 mm");
     Type(length, "12.50"); // no unit: the project's
     number.setFocus();
     EXPECT_EQ(length.text(), "12.50 mm");
-    EXPECT_EQ(length.GetValue(), Unit::Length(12.5, Millimeter));
-    EXPECT_EQ(changes, 2);
     length.SetValue(Unit::Length(1.0 / 3, Inch));
     EXPECT_EQ(length.text(), "8.46666666667 mm");
-    EXPECT_EQ(changes, 2);
-    Type(length, QStringLiteral(u"5 \u03bcm"));
-    EXPECT_EQ(length.text(), QStringLiteral(u"5 \u00b5m")); // the sign, not the letter
+    EXPECT_EQ(changes, (QStringList{"1 in", "12.5 mm"}));
+    EXPECT_EQ(Type(length, "5 \u03bcm"), "5 \u00b5m"); // the sign, not the letter
 }
 
 TEST_F(Fields, ImpossibleTextIsColouredAndExplained)
 {
     length.setToolTip("Thickness");
-    const QColor usual = length.palette().color(QPalette::Base);
+    const auto getColour = [this] { return length.palette().color(QPalette::Base); };
+    const QColor usual = getColour();
     Type(length, "12 bananas");
     EXPECT_TRUE(length.IsImpossible());
-    EXPECT_NE(length.palette().color(QPalette::Base), usual);
+    EXPECT_NE(getColour(), usual);
     EXPECT_TRUE(length.toolTip().startsWith("\"12 bananas\" is not a number with one of the units "))
         << length.toolTip().toStdString();
-    Press(length, Qt::Key_Return);
-    EXPECT_EQ(length.text(), "12 bananas"); // nothing is lost
-    EXPECT_EQ(changes, 0);
-    Press(length, Qt::Key_Escape);
-    EXPECT_EQ(length.text(), "0 mm");
+    EXPECT_EQ(Press(length, Qt::Key_Return), "12 bananas"); // nothing is lost
+    EXPECT_EQ(changes, QStringList());
+    EXPECT_EQ(Press(length, Qt::Key_Escape), "0 mm");
     EXPECT_FALSE(length.IsImpossible());
-    EXPECT_EQ(length.palette().color(QPalette::Base), usual);
+    EXPECT_EQ(getColour(), usual);
     EXPECT_EQ(length.toolTip(), "Thickness");
     length.setToolTip({});
     Type(length, "1");
@@ -119,8 +117,7 @@ TEST_F(Fields, RangeIsKept)
     Press(length, Qt::Key_Return);
     EXPECT_EQ(length.GetValue(), Unit::Length(1, Millimeter));
     Type(length, "25");
-    Press(length, Qt::Key_Up);
-    EXPECT_EQ(length.text(), "25.4 mm");
+    EXPECT_EQ(Press(length, Qt::Key_Up), "25.4 mm");
     number.SetRange(-1, 1);
     number.SetValue(5);
     EXPECT_EQ(number.GetValue(), 1);
@@ -129,25 +126,18 @@ TEST_F(Fields, RangeIsKept)
 TEST_F(Fields, KeysAndWheelStep)
 {
     Type(length, "12.5");
-    Press(length, Qt::Key_Up);
-    EXPECT_EQ(length.text(), "13.5 mm");
-    Press(length, Qt::Key_PageDown);
-    EXPECT_EQ(length.text(), "3.5 mm");
-    Press(length, Qt::Key_Down);
-    EXPECT_EQ(length.text(), "3.4 mm");
-    EXPECT_EQ(changes, 4); // the typed value, too
+    EXPECT_EQ(Press(length, Qt::Key_Up), "13.5 mm");
+    EXPECT_EQ(Press(length, Qt::Key_PageDown), "3.5 mm");
+    EXPECT_EQ(Press(length, Qt::Key_Down), "3.4 mm");
+    EXPECT_EQ(changes, (QStringList{"12.5 mm", "13.5 mm", "3.5 mm", "3.4 mm"}));
     length.setFocus();
-    Roll(length, 30);
-    EXPECT_EQ(length.text(), "3.6 mm");
-    Roll(number, 15); // has no focus
-    EXPECT_EQ(number.text(), "0");
+    EXPECT_EQ(Roll(length, 30), "3.6 mm");
+    EXPECT_EQ(Roll(number, 15), "0"); // has no focus
     Type(length, "x");
-    Press(length, Qt::Key_Up);
-    EXPECT_EQ(length.text(), "x");
+    EXPECT_EQ(Press(length, Qt::Key_Up), "x");
     length.setReadOnly(true);
     length.SetValue(Unit::Length(1, Millimeter));
-    Press(length, Qt::Key_Up);
-    EXPECT_EQ(length.text(), "1 mm");
+    EXPECT_EQ(Press(length, Qt::Key_Up), "1 mm");
 }
 
 TEST_F(Fields, DefaultUnitAndLanguageAreFollowed)
