@@ -15,6 +15,10 @@ namespace vek::Analytics
 {
 namespace
 {
+using testing::AllOf, testing::ContainsRegex, testing::ElementsAre, testing::EndsWith, testing::HasSubstr,
+    testing::StartsWith;
+using Matcher = testing::Matcher<std::string>;
+
 App::AppConfiguration MakeConfiguration(const TestSupport::ScriptedServer& server)
 {
     App::AppConfiguration configuration;
@@ -71,12 +75,11 @@ protected:
     TestSupport::ScriptedServer m_server;
     App::ApplicationFrame m_frame{MakeConfiguration(m_server)};
     AnalyticsService& m_service = (m_frame.Start(), GetAnalyticsService());
+    GoogleAnalyticsService& m_backEnd = *m_service.GetBackEnd();
 };
 
 TEST_F(AnalyticsServiceTest, EveryReportGoesOutTwice)
 {
-    using testing::AllOf, testing::ContainsRegex, testing::EndsWith, testing::HasSubstr, testing::StartsWith;
-    using Matcher = testing::Matcher<std::string>;
     ScopeBase page = m_service.OpenPage("Settings");
     EXPECT_EQ(m_service.CurrentPage(), "/Settings");
     const Matcher universal = AllOf(StartsWith("/batch " + GetBase()), HasSubstr("&cd1=AT&"),
@@ -88,7 +91,7 @@ TEST_F(AnalyticsServiceTest, EveryReportGoesOutTwice)
         HasSubstr("'application_language':{'value':'de'}"),
         HasSubstr("'corvane_version':{'value':'1.2.3.4'}"),
         ContainsRegex("'cpu':.'value':'.*.Core: [0-9]+ . RAM: [0-9]+Go.'"));
-    EXPECT_THAT(WaitFor(2), testing::ElementsAre(universal, ga4));
+    EXPECT_THAT(WaitFor(2), ElementsAre(universal, ga4));
 
     m_service.SendEvent("Menu", "Open File", {}, -1);
     m_service.SendEvent("Menu", "Save", "as", 3);
@@ -107,24 +110,11 @@ TEST_F(AnalyticsServiceTest, EveryReportGoesOutTwice)
             "'params':{'timing_action':'load','timing_category':'File','timing_label':'big','value':12}}"),
         HasSubstr("{'page_location':'Crash','page_title':'Crash'}")};
     EXPECT_THAT(WaitFor(10), testing::IsSupersetOf(rows));
-    EXPECT_EQ(m_service.GetBackEnd()->GetSent().size(), 7U); // of which two batches
+    EXPECT_EQ(m_backEnd.GetSent().size(), 7U); // of which two batches
 }
 
 TEST_F(AnalyticsServiceTest, PageBeforeIsReportedWhenOneIsClosed)
 {
-    using testing::ElementsAre, testing::EndsWith;
-    const auto getPages = [this](std::size_t count) {
-        std::vector<std::string> pages;
-        EXPECT_TRUE(TestSupport::WaitFor([&] {
-            pages.clear();
-            for (const auto& sent : m_service.GetBackEnd()->GetSent())
-                if (sent.path == "/mp/collect")
-                    pages.push_back(
-                        sent.payload.section("page_title\":\"", 1).section('"', 0, 0).toStdString());
-            return pages.size() >= count;
-        }));
-        return pages;
-    };
     ScopeBase main = m_service.OpenPage("/");
     ScopeBase first = m_service.OpenPage("First");
     ScopeBase second = m_service.OpenPage("Second");
@@ -134,76 +124,75 @@ TEST_F(AnalyticsServiceTest, PageBeforeIsReportedWhenOneIsClosed)
     EXPECT_EQ(m_service.CurrentPage(), "/"); // the first is closed
     m_service.ResetCurrentPage("Other");
     EXPECT_EQ(m_service.CurrentPage(), "/Other");
-    EXPECT_THAT(getPages(4), ElementsAre("MainWindow", "First", "Second", "MainWindow"));
+    std::vector<std::string> pages;
+    EXPECT_TRUE(TestSupport::WaitFor([&] {
+        pages.clear();
+        for (const auto& sent : m_backEnd.GetSent())
+            if (sent.path == "/mp/collect")
+                pages.push_back(sent.payload.section("page_title\":\"", 1).section('"', 0, 0).toStdString());
+        return pages.size() >= 4;
+    }));
+    EXPECT_THAT(pages, ElementsAre("MainWindow", "First", "Second", "MainWindow"));
 }
 
 TEST_F(AnalyticsServiceTest, NothingIsSentWithoutConsent)
 {
     m_service.SetServiceUsed(false);
-    GoogleAnalyticsService& backEnd = *m_service.GetBackEnd();
     const auto report = [&] {
         ScopeBase page = m_service.OpenPage("a");
         m_service.SendEvent("b", "c");
         m_service.SendTiming("d", "e", std::chrono::milliseconds(1));
         m_service.SendCrash();
-        backEnd.BatchQuery(UAPageviewQuery("x"), true);
-        backEnd.StartSession("f");
-        backEnd.StopSession();
+        m_backEnd.BatchQuery(UAPageviewQuery("x"), true);
+        m_backEnd.StartSession("f");
+        m_backEnd.StopSession();
     };
     report();
     m_service.SetServiceUsed(true);
     m_service.SendEvent("g", "h"); // its batch is pending when the consent is withdrawn
-    EXPECT_TRUE(TestSupport::WaitFor([&] { return backEnd.GetSentCount() == 1; }));
+    EXPECT_TRUE(TestSupport::WaitFor([&] { return m_backEnd.GetSentCount() == 1; }));
     m_service.SetServiceUsed(false);
     report();
     m_service.Stop();
-    const auto lines = WaitFor(1);
-    EXPECT_THAT(lines, testing::ElementsAre(testing::HasSubstr("'name':'h'")));
-    EXPECT_EQ(backEnd.GetSentCount(), 1U);
-    EXPECT_TRUE(backEnd.GetSent().front().payload.contains("\"name\":\"h\""));
-
+    EXPECT_THAT(WaitFor(1), ElementsAre(HasSubstr("'name':'h'")));
+    EXPECT_EQ(m_backEnd.GetSentCount(), 1U);
     App::Services().RemoveService(typeid(App::IAppFeatureService));
     EXPECT_FALSE(AnalyticsService::IsServiceUsed());
 }
 
 TEST_F(AnalyticsServiceTest, QueriesAreSentInBatchesOfTwenty)
 {
-    GoogleAnalyticsService& backEnd = *m_service.GetBackEnd();
     for (int i = 0; i < 19; ++i)
-        backEnd.BatchQuery(UAPageviewQuery("/" + QString::number(i)), false);
-    backEnd.BatchQuery(UniversalAnalyticsQuery(), false); // not valid: it has no type
-    EXPECT_EQ(backEnd.GetSentCount(), 0U);
-    backEnd.BatchQuery(UAPageviewQuery("/19"), false);
-    const auto lines = WaitFor(20);
-    EXPECT_EQ(lines.size(), 20U);
-    EXPECT_EQ(backEnd.GetSentCount(), 1U);
+        m_backEnd.BatchQuery(UAPageviewQuery("/" + QString::number(i)), false);
+    m_backEnd.BatchQuery(UniversalAnalyticsQuery(), false); // not valid: it has no type
+    EXPECT_EQ(m_backEnd.GetSentCount(), 0U);
+    m_backEnd.BatchQuery(UAPageviewQuery("/19"), false);
+    EXPECT_EQ(WaitFor(20).size(), 20U);
+    EXPECT_EQ(m_backEnd.GetSentCount(), 1U);
 
     m_service.Stop(); // sends what is pending
     m_service.Start();
     for (int i = 0; i < 5; ++i)
-        backEnd.BatchQuery(UAPageviewQuery("/last"), false);
+        m_backEnd.BatchQuery(UAPageviewQuery("/last"), false);
     m_service.Stop();
     EXPECT_EQ(Take().size(), 25U);
-    EXPECT_EQ(backEnd.GetSentCount(), 2U);
+    EXPECT_EQ(m_backEnd.GetSentCount(), 2U);
 }
 
 TEST_F(AnalyticsServiceTest, SessionsAndDebugModeHaveTheirPaths)
 {
-    GoogleAnalyticsService& backEnd = *m_service.GetBackEnd();
-    backEnd.StartSession("/start");
-    backEnd.StopSession();
+    m_backEnd.StartSession("/start");
+    m_backEnd.StopSession();
     m_service.SetDebug(true);
-    backEnd.SendEvent(PageViewEvent("b"));
-    backEnd.SendQuery(UAPageviewQuery("/c"));
-    backEnd.BatchQuery(UAPageviewQuery("/d"), true);
-    using testing::AllOf, testing::EndsWith, testing::HasSubstr, testing::StartsWith;
-    EXPECT_THAT(WaitFor(6),
-                testing::UnorderedElementsAre(
-                    AllOf(StartsWith("/collect "), EndsWith("&t=pageview&dp=%2Fstart&sc=start")),
-                    AllOf(StartsWith("/collect "), EndsWith("&t=pageview&sc=stop")),
-                    AllOf(StartsWith("/mp/collect?"), testing::ContainsRegex("'session_id':1[0-9]+[,}]")),
-                    StartsWith("/debug/mp/collect?"), StartsWith("/debug/collect "),
-                    StartsWith("/debug/batch ")));
+    m_backEnd.SendEvent(PageViewEvent("b"));
+    m_backEnd.SendQuery(UAPageviewQuery("/c"));
+    m_backEnd.BatchQuery(UAPageviewQuery("/d"), true);
+    EXPECT_THAT(WaitFor(6), testing::UnorderedElementsAre(
+                                AllOf(StartsWith("/collect "), EndsWith("&t=pageview&dp=%2Fstart&sc=start")),
+                                AllOf(StartsWith("/collect "), EndsWith("&t=pageview&sc=stop")),
+                                AllOf(StartsWith("/mp/collect?"), ContainsRegex("'session_id':1[0-9]+[,}]")),
+                                StartsWith("/debug/mp/collect?"), StartsWith("/debug/collect "),
+                                StartsWith("/debug/batch ")));
 }
 
 TEST_F(AnalyticsServiceTest, OldestPendingAreDroppedAndToldOnce)
@@ -240,20 +229,19 @@ TEST_F(AnalyticsServiceTest, OldestPendingAreDroppedAndToldOnce)
 
 TEST_F(AnalyticsServiceTest, HangingHostTakesFourRequestsAndNoMore)
 {
-    GoogleAnalyticsService& backEnd = *m_service.GetBackEnd();
     m_server.Hang();
     for (int i = 0; i < 2000; ++i)
         m_service.SendEvent("a", "b");
     EXPECT_TRUE(TestSupport::WaitFor([this] { return m_server.GetRequests().size() == 4; }));
-    EXPECT_EQ(backEnd.GetSentCount(), 4U);
-    EXPECT_GE(backEnd.GetDroppedCount(), 996U + 980U); // of the events and of the queries
-    std::future<QString> future = backEnd.SendEvent(PageViewEvent("a"));
+    EXPECT_EQ(m_backEnd.GetSentCount(), 4U);
+    EXPECT_GE(m_backEnd.GetDroppedCount(), 996U + 980U); // of the events and of the queries
+    std::future<QString> future = m_backEnd.SendEvent(PageViewEvent("a"));
     m_service.SetServiceUsed(false);
     ASSERT_EQ(future.wait_for(std::chrono::seconds(10)),
               std::future_status::ready); // dropped, while the host hangs
     EXPECT_THROW(future.get(), std::future_error);
     m_service.Stop();
-    EXPECT_EQ(backEnd.GetSentCount(), 4U);
+    EXPECT_EQ(m_backEnd.GetSentCount(), 4U);
 }
 
 TEST_F(AnalyticsServiceTest, ConsentPanelShowsAndSwitches)
@@ -275,6 +263,6 @@ TEST_F(AnalyticsServiceTest, ConsentPanelShowsAndSwitches)
     EXPECT_TRUE(TestSupport::WaitFor([&] { return sent.toPlainText().contains("\"name\":\"third\""); }));
     EXPECT_FALSE(sent.toPlainText().contains("\"name\":\"second\""));
     EXPECT_TRUE(box.isChecked());
-    EXPECT_THAT(switches, testing::ElementsAre(false));
+    EXPECT_THAT(switches, ElementsAre(false));
 }
 } // namespace vek::Analytics
