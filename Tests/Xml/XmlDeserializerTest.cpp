@@ -1,29 +1,16 @@
 #include "VekAppCore/Xml/XmlDeserializer.h"
 #include "Support/TestSupport.h"
 #include "VekAppCore/Xml/XmlDocument.h"
+#include "Xml/XmlTestSupport.h"
 #include <gmock/gmock.h>
 
 namespace vek
 {
+using TestSupport::GetFailure;
+
 class XmlDeserializerTest : public testing::Test
 {
 protected:
-    static std::string GetFailure(const std::function<void()>& function)
-    {
-        try
-        {
-            function();
-            return {};
-        }
-        catch (const XmlException& exception)
-        {
-            EXPECT_THAT(exception.GetLocation().file_name(), testing::EndsWith("XmlDeserializerTest.cpp"));
-            EXPECT_EQ(exception.GetPlace().line, 1);
-            EXPECT_EQ(exception.GetPlace().element, "a");
-            return exception.what();
-        }
-    }
-
     const XmlDocument m_document =
         XmlDocument::FromString("<a x='1' y='z'><b>1</b><B/><c><b>7</b></c><b/>\n<b>3</b></a>");
     const XmlDeserializer m_root = m_document.Deserialize("a");
@@ -41,9 +28,10 @@ TEST_F(XmlDeserializerTest, ChildrenAreVisitedByName)
     EXPECT_THAT(visited, testing::ElementsAre("1: 1"));
     m_root.ForEachChild("b", visit, true);
     EXPECT_THAT(visited, testing::ElementsAre("1: 1", "1: 1", "1: -", "2: 3"));
-    EXPECT_EQ(GetFailure([&] { m_root.Child("d", visit, true); }), "Line 1: <a> does contain the child <d>");
+    EXPECT_EQ(GetFailure([&] { m_root.Child("d", visit, true); }),
+              "Line 1: <a> does contain the child <d> @1 a");
     EXPECT_EQ(GetFailure([&] { m_root.ForEachChild("d", visit, true); }),
-              "Line 1: <a> does contain any child <d>");
+              "Line 1: <a> does contain any child <d> @1 a");
     EXPECT_TRUE(m_root.HasChild("B") && m_root.HasAttribute("y"));
     EXPECT_FALSE(m_root.HasChild("y") || m_root.HasAttribute("B") || m_root.HasAttribute("X"));
     EXPECT_EQ(m_root.GetAllAtributes(), (QStringList{"x", "y"}));
@@ -59,12 +47,12 @@ TEST_F(XmlDeserializerTest, ValuesAreReadOrLeftAsTheyWere)
     EXPECT_EQ(value, 1);
     EXPECT_EQ(m_root.GetAttributeOr("y", 5), 5);
     EXPECT_EQ(GetFailure([&] { static_cast<void>(m_root.GetAttribute<int>("y")); }),
-              "Line 1: <a> wrong attribute cast <y>");
+              "Line 1: <a> wrong attribute cast <y> @1 a");
     EXPECT_EQ(GetFailure([&] { static_cast<void>(m_root.GetAttribute<int>("d")); }),
-              "Line 1: <a> does not contain the attribute <d>");
+              "Line 1: <a> does not contain the attribute <d> @1 a");
     EXPECT_EQ(GetFailure([&] { static_cast<void>(m_root.GetValue<int>()); }),
-              "Line 1: <a> doesn't contain value");
-    EXPECT_EQ(GetFailure([&] { m_root.Throw("what \"%1\""); }), "Line 1: <a>: what \"%1\"");
+              "Line 1: <a> doesn't contain value @1 a");
+    EXPECT_EQ(GetFailure([&] { m_root.Throw("what \"%1\""); }), "Line 1: <a>: what \"%1\" @1 a");
 
     std::vector<int> values{9};
     EXPECT_TRUE(m_root.GetChildren("b", values, false));
@@ -79,27 +67,23 @@ TEST_F(XmlDeserializerTest, ValuesAreReadOrLeftAsTheyWere)
 
 TEST_F(XmlDeserializerTest, ElementsAreComparedAllTheWayDown)
 {
-    const char* const first = "<a x='1' y='2'><b i='3'>t</b><c/></a>";
-    const struct
-    {
-        const char* second;
-        bool isEqual;
-    } rows[] = {{"<a y='2'\n x='1'><!-- --><b i='3'>t</b> <c></c></a>", true},
-                {"<a x='1' y='2' ignored='5'><b i='3' ignored=''>t</b><c/></a>", true},
-                {"<a x='1' y='3'><b i='3'>t</b><c/></a>", false},
-                {"<a x='1' z='2'><b i='3'>t</b><c/></a>", false},
-                {"<a x='1' y='2' z=''><b i='3'>t</b><c/></a>", false},
-                {"<a x='1'><b i='3'>t</b><c/></a>", false},
-                {"<a x='1' y='2'><b i='4'>t</b><c/></a>", false},
-                {"<a x='1' y='2'><b i='3'>u</b><c/></a>", false},
-                {"<a x='1' y='2'><c/><b i='3'>t</b></a>", false},
-                {"<a x='1' y='2'><b i='3'>t</b></a>", false},
-                {"<a x='1' y='2'><b i='3'>t</b><c/><c/></a>", false},
-                {"<a x='1' y='2'>t<b i='3'>t</b><c/></a>", false},
-                {"<a x='1' y='2'><b i='3'>t</b><c/>t</a>", false},
-                {"<a x='1' y='2'><b i='3'><!-- --><![CDATA[t]]></b><c/></a>", true},
-                {"<b><a x='1' y='2'><b i='3'>t</b><c/></a></b>", false}};
-    const XmlDocument a = XmlDocument::FromString(first);
+    const std::pair<const char*, bool> rows[] = {
+        {"<a y='2'\n x='1'><!-- --><b i='3'>t</b> <c></c></a>", true},
+        {"<a x='1' y='2' ignored='5'><b i='3' ignored=''>t</b><c/></a>", true},
+        {"<a x='1' y='3'><b i='3'>t</b><c/></a>", false},
+        {"<a x='1' z='2'><b i='3'>t</b><c/></a>", false},
+        {"<a x='1' y='2' z=''><b i='3'>t</b><c/></a>", false},
+        {"<a x='1'><b i='3'>t</b><c/></a>", false},
+        {"<a x='1' y='2'><b i='4'>t</b><c/></a>", false},
+        {"<a x='1' y='2'><b i='3'>u</b><c/></a>", false},
+        {"<a x='1' y='2'><c/><b i='3'>t</b></a>", false},
+        {"<a x='1' y='2'><b i='3'>t</b></a>", false},
+        {"<a x='1' y='2'><b i='3'>t</b><c/><c/></a>", false},
+        {"<a x='1' y='2'>t<b i='3'>t</b><c/></a>", false},
+        {"<a x='1' y='2'><b i='3'>t</b><c/>t</a>", false},
+        {"<a x='1' y='2'><b i='3'><!-- --><![CDATA[t]]></b><c/></a>", true},
+        {"<b><a x='1' y='2'><b i='3'>t</b><c/></a></b>", false}};
+    const XmlDocument a = XmlDocument::FromString("<a x='1' y='2'><b i='3'>t</b><c/></a>");
     for (const auto& [second, isEqual] : rows)
     {
         const XmlDocument b = XmlDocument::FromString(second);
@@ -107,6 +91,6 @@ TEST_F(XmlDeserializerTest, ElementsAreComparedAllTheWayDown)
         EXPECT_EQ(a.Deserialize("a").IsEqual(b.Deserialize(root), {"ignored"}), isEqual) << second;
         EXPECT_EQ(b.Deserialize(root).IsEqual(a.Deserialize("a"), {"ignored"}), isEqual) << second;
     }
-    EXPECT_FALSE(a.Deserialize("a").IsEqual(XmlDocument::FromString(rows[1].second).Deserialize("a"), {}));
+    EXPECT_FALSE(a.Deserialize("a").IsEqual(XmlDocument::FromString(rows[1].first).Deserialize("a"), {}));
 }
 } // namespace vek

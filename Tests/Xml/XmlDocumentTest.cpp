@@ -1,6 +1,7 @@
 #include "VekAppCore/Xml/XmlDocument.h"
 #include "Support/TestSupport.h"
 #include "VekBase/ScopedTempFolder.h"
+#include "Xml/XmlTestSupport.h"
 #include <QDir>
 #include <QFile>
 #include <QStringEncoder>
@@ -9,6 +10,7 @@
 namespace vek
 {
 using namespace Qt::StringLiterals;
+using TestSupport::GetFailure;
 
 class XmlDocumentTest : public testing::Test
 {
@@ -26,24 +28,6 @@ protected:
         return file.readAll();
     }
 
-    /// What is thrown: "message @line path".
-    static std::string GetFailure(const std::function<void()>& function)
-    {
-        try
-        {
-            function();
-            return {};
-        }
-        catch (const XmlException& exception)
-        {
-            const auto& place = exception.GetPlace();
-            EXPECT_EQ(place.element, QString());
-            EXPECT_THAT(exception.GetLocation().file_name(), testing::EndsWith("XmlDocumentTest.cpp"));
-            const QString file = place.path.isEmpty() ? QString() : u' ' + QFileInfo(place.path).fileName();
-            return QStringLiteral("%1 @%2%3").arg(exception.what()).arg(place.line).arg(file).toStdString();
-        }
-    }
-
     const ScopedTempFolder m_folder;
 };
 
@@ -57,49 +41,43 @@ TEST_F(XmlDocumentTest, FileIsReadInItsEncoding)
     };
     const QString text = u"<?xml version='1.0' encoding=\"UTF-16\" ?><a b=\"\u00e4\u20ac\U0001f4cf\"/>"_s;
     const QByteArray utf8 = text.mid(text.indexOf(u"<a"_s)).toUtf8();
+    const QString all = u"\u00e4\u20ac\U0001f4cf"_s;
     // A pair of surrogates lies on the border of what is decoded at once.
     const QString large =
         u"<!--"_s + QString(524'282, u'x') + u"\U0001f4cf-->"_s + text.mid(text.indexOf(u"<a"_s));
-    const struct
-    {
-        const char* fault;
-        QByteArray file;
-        QString value; ///< Null where it cannot be read.
-    } rows[] = {
-        {"UTF-8 misread", utf8, u"\u00e4\u20ac\U0001f4cf"_s},
-        {"mark taken for text", "\xef\xbb\xbf" + utf8, u"\u00e4\u20ac\U0001f4cf"_s},
-        {"declaration believed before mark", "\xef\xbb\xbf" + declared("ISO-8859-1", utf8),
-         u"\u00e4\u20ac\U0001f4cf"_s},
-        {"UTF-16 LE", encode(QStringConverter::Utf16LE, text), u"\u00e4\u20ac\U0001f4cf"_s},
-        {"UTF-16 BE", encode(QStringConverter::Utf16BE, text), u"\u00e4\u20ac\U0001f4cf"_s},
-        {"UTF-32 LE taken for UTF-16", encode(QStringConverter::Utf32LE, text), u"\u00e4\u20ac\U0001f4cf"_s},
-        {"UTF-32 BE", encode(QStringConverter::Utf32BE, text), u"\u00e4\u20ac\U0001f4cf"_s},
-        {"pair cut in two", encode(QStringConverter::Utf16LE, large), u"\u00e4\u20ac\U0001f4cf"_s},
+    const std::tuple<const char*, QByteArray, QString> rows[] = {
+        // a null value where it cannot be read
+        {"UTF-8 misread", utf8, all},
+        {"mark taken for text", "\xef\xbb\xbf" + utf8, all},
+        {"declaration believed before mark", "\xef\xbb\xbf" + declared("ISO-8859-1", utf8), all},
+        {"UTF-16 LE", encode(QStringConverter::Utf16LE, text), all},
+        {"UTF-16 BE", encode(QStringConverter::Utf16BE, text), all},
+        {"UTF-32 LE taken for UTF-16", encode(QStringConverter::Utf32LE, text), all},
+        {"UTF-32 BE", encode(QStringConverter::Utf32BE, text), all},
+        {"pair cut in two", encode(QStringConverter::Utf16LE, large), all},
         {"declaration ignored", declared("iso-8859-1", "<a b='\xe4'/>"), u"\u00e4"_s},
-        {"UTF-16 believed", declared("utf-16", utf8), u"\u00e4\u20ac\U0001f4cf"_s},
-        {"encoding in a comment believed", "<!-- <?xml version='1.0' encoding='x'?> -->" + utf8,
-         u"\u00e4\u20ac\U0001f4cf"_s},
+        {"UTF-16 believed", declared("utf-16", utf8), all},
+        {"encoding in a comment believed", "<!-- <?xml version='1.0' encoding='x'?> -->" + utf8, all},
         {"broken UTF-8 read", "<a b='\xe4'/>", {}},
         {"unknown encoding ignored", declared("x-none", utf8), {}},
         {"half a unit dropped", encode(QStringConverter::Utf16LE, text) + 'x', {}},
         {"surrogate without its second half read", QByteArray::fromHex("fffe3c0061002f003e0061d8"), {}},
         {"what only Qt calls an encoding read", declared("locale", utf8), {}},
         {"lone surrogate read", QByteArray::fromHex("fffe3c006100000061d82f003e00"), {}}};
-    for (const auto& row : rows)
+    for (const auto& [fault, file, value] : rows)
     {
-        const QString path = Write(row.file);
-        if (row.value.isNull())
+        SCOPED_TRACE(fault);
+        const QString path = Write(file);
+        XmlDocument document;
+        const std::string failure = GetFailure([&] { document.LoadFile(path); });
+        if (value.isNull())
         {
-            EXPECT_EQ(GetFailure([&] { static_cast<void>(XmlDocument::FromFile(path)); }),
-                      u"Impossible to read XML file: <%1> @0 a.xml"_s.arg(path).toStdString())
-                << row.fault;
+            EXPECT_EQ(failure, u"Impossible to read XML file: <%1> @0 a.xml"_s.arg(path).toStdString());
             continue;
         }
-        XmlDocument document = XmlDocument::FromFile(path);
-        EXPECT_EQ(document.Deserialize("a").GetAttribute<QString>("b"), row.value) << row.fault;
+        EXPECT_EQ(document.Deserialize("a").GetAttribute<QString>("b"), value);
         EXPECT_TRUE(document.SaveFile(path, false)); // what it declares is what it is
-        EXPECT_EQ(XmlDocument::FromFile(path).Deserialize("a").GetAttribute<QString>("b"), row.value)
-            << row.fault;
+        EXPECT_EQ(XmlDocument::FromFile(path).Deserialize("a").GetAttribute<QString>("b"), value);
     }
 }
 
@@ -111,26 +89,24 @@ TEST_F(XmlDocumentTest, WhatCannotBeReadLeavesTheDocumentEmpty)
     const auto nest = [](int levels) {
         return QByteArray("<a>").repeated(levels) + QByteArray("</a>").repeated(levels);
     };
+    const auto parse = [](const QString& text) {
+        return GetFailure([&text] { static_cast<void>(XmlDocument::FromString(text)); });
+    };
     const auto withOneLess = attributes.left(attributes.lastIndexOf(' '));
-    for (const QByteArray& text :
-         {QByteArray("<a><!-- ' --><![CDATA[']]><!x ' >'<b" + withOneLess + "/><b" + withOneLess + "/></a>"),
-          nest(98)})
-        EXPECT_EQ(GetFailure([&] { static_cast<void>(XmlDocument::FromString(text)); }), "");
-    const struct
-    {
-        QByteArray text;
-        int line;
-    } rows[] = {{"", 0},
-                {"<a>\n<b>\n</a>", 2},
-                {"<a>\n\n<b c=1/></a>", 3},
-                {"<a b='1' b='2'/>", 1},
-                {"\n<a" + attributes + "/>", 2},
-                {"<!-- \" -->\n<a" + attributes + "/>", 2},
-                {nest(99), 1},
-                {"<a>&quot", 1},
-                {"<a/>\n</b><c/>", 2},
-                {"<a>&gt;</a>\n\n< /a>", 3},
-                {"text", 1}};
+    EXPECT_EQ(parse("<a><!-- ' --><![CDATA[']]><!x ' >'<b" + withOneLess + "/><b" + withOneLess + "/></a>"),
+              "");
+    EXPECT_EQ(parse(nest(98)), "");
+    const std::pair<QByteArray, int> rows[] = {{"", 0},
+                                               {"<a>\n<b>\n</a>", 2},
+                                               {"<a>\n\n<b c=1/></a>", 3},
+                                               {"<a b='1' b='2'/>", 1},
+                                               {"\n<a" + attributes + "/>", 2},
+                                               {"<!-- \" -->\n<a" + attributes + "/>", 2},
+                                               {nest(99), 1},
+                                               {"<a>&quot", 1},
+                                               {"<a/>\n</b><c/>", 2},
+                                               {"<a>&gt;</a>\n\n< /a>", 3},
+                                               {"text", 1}};
     for (const auto& [text, line] : rows)
     {
         XmlDocument document = XmlDocument::FromString("<a/>");
@@ -141,24 +117,14 @@ TEST_F(XmlDocumentTest, WhatCannotBeReadLeavesTheDocumentEmpty)
         EXPECT_EQ(GetFailure([&] { document.LoadFile(Write(text)); }), message + " a.xml");
         EXPECT_EQ(document.ToString(true), QString());
     }
-    EXPECT_EQ(
-        GetFailure([&] { static_cast<void>(XmlDocument::FromFile(Write(QByteArray("<a/>\n\0<b>", 9)))); }),
-        "Impossible to parse XML string @2 a.xml");
+    for (const QByteArray& text : {QByteArray("<a/>\n\0<b>", 9), "<a>\n" + QByteArray(1 << 21, '&') + "</a>"})
+        EXPECT_EQ(GetFailure([&] { static_cast<void>(XmlDocument::FromFile(Write(text))); }),
+                  "Impossible to parse XML string @2 a.xml");
+    EXPECT_EQ(parse(u"<a>"_s + QChar(0xd800) + u"</a>"_s), "Impossible to parse XML string @0");
     // Each ampersand is looked for once, and most are no entity.
-    const QByteArray large = "<a>" + QByteArray("<p x='1' y='2'/>").repeated(200'000) + "&amp;</a>";
-    static_cast<void>(XmlDocument::FromString(large));
-    const XmlDocument pieces =
-        XmlDocument::FromString("<a>" + QString("x<!-- -->").repeated(500'000) + "</a>");
-    EXPECT_EQ(pieces.Deserialize("a").GetValue<std::string>().size(), 500'000U);
-    EXPECT_EQ(GetFailure([&] {
-                  static_cast<void>(
-                      XmlDocument::FromFile(Write("<a>\n" + QByteArray(1 << 21, '&') + "</a>")));
-              }),
-              "Impossible to parse XML string @2 a.xml");
-    EXPECT_EQ(
-        GetFailure([] { static_cast<void>(XmlDocument::FromString(u"<a>"_s + QChar(0xd800) + u"</a>"_s)); }),
-        "Impossible to parse XML string @0");
-    XmlDocument document = XmlDocument::FromString("<a/>");
+    EXPECT_EQ(parse("<a>" + QString("<p x='1' y='2'/>").repeated(200'000) + "&amp;</a>"), "");
+    XmlDocument document = XmlDocument::FromString("<a>" + QString("x<!-- -->").repeated(500'000) + "</a>");
+    EXPECT_EQ(document.Deserialize("a").GetValue<std::string>().size(), 500'000U);
     for (const QString& path : {m_folder.GetPath(), m_folder.GetPath() + "/none", u"/dev/zero"_s, QString()})
     {
         EXPECT_THAT(GetFailure([&] { document.LoadFile(path); }),

@@ -46,10 +46,8 @@ TEST(XmlSerializer, GoesNoDeeperThanIsRead)
     XmlSerializer root = document.Serializer("a");
     EXPECT_THROW(root.Child("b", dig), XmlException);
     EXPECT_EQ(depth, 98);
-    EXPECT_EQ(XmlDocument::FromString(document.ToString(true))
-                  .Deserialize("a")
-                  .IsEqual(document.Deserialize("a"), {}),
-              true);
+    const XmlDocument read = XmlDocument::FromString(document.ToString(true));
+    EXPECT_TRUE(read.Deserialize("a").IsEqual(document.Deserialize("a"), {}));
 }
 
 TEST(XmlSerializer, RefusesWhatCouldNotBeReadAgain)
