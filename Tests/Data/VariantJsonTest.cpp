@@ -4,7 +4,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QPointF>
 #include <gtest/gtest.h>
 #include <limits>
 

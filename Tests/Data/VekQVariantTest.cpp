@@ -2,7 +2,7 @@
 #include "Support/TestSupport.h"
 #include "VekAppCore/Data/VekQVariantDescriptorBase.h"
 #include "VekAppCore/Data/VekQVariantMap.h"
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <sstream>
 #include <thread>
 
@@ -10,46 +10,21 @@ namespace vek::App
 {
 namespace
 {
-template <typename Exception>
-std::string GetMessage(const std::function<void()>& function)
-{
-    try
-    {
-        function();
-    }
-    catch (const Exception& exception)
-    {
-        return exception.what();
-    }
-    return "nothing thrown";
-}
-
 VekQVariant Number(int value) { return VekQVariant::From(value); }
 
-struct PathCase
+TEST(HPath, IsSplitAndJoinedAtSlashes)
 {
-    const char* fault;
-    HPath path;
-    QStringList segments;
-    QString text;
-};
-void PrintTo(const PathCase& row, std::ostream* out) { *out << row.fault; }
-class HPathText : public testing::TestWithParam<PathCase>
-{};
-
-TEST_P(HPathText, IsSplitAndJoinedAtSlashes)
-{
-    EXPECT_EQ(GetParam().path.GetSegments(), GetParam().segments);
-    EXPECT_EQ(GetParam().path.ToString(), GetParam().text);
+    using Row = std::tuple<const char*, HPath, QStringList, QString>;
+    for (const auto& [fault, path, segments, text] :
+         {Row("empty part kept", "/a//b/", {"a", "b"}, "a/b"), Row("slash taken for a segment", "/", {}, ""),
+          Row("empty text not empty", QString(), {}, ""), Row("case lost", "A/a", {"A", "a"}, "A/a"),
+          Row("last part lost", QString("a/b"), {"a", "b"}, "a/b"),
+          Row("segments split again", QList<QString>{"a/b", ""}, {"a/b", ""}, "a/b/")})
+    {
+        EXPECT_EQ(path.GetSegments(), segments) << fault;
+        EXPECT_EQ(path.ToString(), text) << fault;
+    }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Rows, HPathText,
-    testing::Values(PathCase{"empty part kept", "/a//b/", {"a", "b"}, "a/b"},
-                    PathCase{"slash taken for a segment", "/", {}, ""},
-                    PathCase{"empty text not empty", QString(), {}, ""},
-                    PathCase{"case lost", "A/a", {"A", "a"}, "A/a"},
-                    PathCase{"last part lost", QString("a/b"), {"a", "b"}, "a/b"},
-                    PathCase{"segments split again", QList<QString>{"a/b", ""}, {"a/b", ""}, "a/b/"}));
 
 TEST(VekQVariant, MutableNavigationMakesTheContainerThatItNeeds)
 {
@@ -74,22 +49,18 @@ TEST(VekQVariant, ConstNavigationRefusesWhatIsNotThere)
     tree["a"][1] = Number(1);
     const VekQVariant& node = tree;
     const VekQVariant number = Number(1);
+    using testing::ThrowsMessage;
     using namespace Exception;
-    EXPECT_EQ(GetMessage<KeyNotFoundException>([&] { node["b"]; }), "Key not found: b");
-    EXPECT_EQ(GetMessage<WrongTypeException>([&] { node[quint64(0)]; }), "Wrong type");
-    EXPECT_EQ(GetMessage<WrongTypeException>([&] { number["b"]; }), "Wrong type");
-    EXPECT_EQ(GetMessage<std::out_of_range>([&] { node["a"][2]; }), "vector::at -- out of range");
-    EXPECT_EQ(GetMessage<WrongTypeException>([&] { tree.As<VekQVariantList>(); }), "Wrong type");
+    EXPECT_THAT([&] { node["b"]; }, ThrowsMessage<KeyNotFoundException>("Key not found: b"));
+    EXPECT_THAT([&] { node[quint64(0)]; }, ThrowsMessage<WrongTypeException>("Wrong type"));
+    EXPECT_THAT([&] { number["b"]; }, ThrowsMessage<WrongTypeException>("Wrong type"));
+    EXPECT_THAT([&] { node["a"][2]; }, ThrowsMessage<std::out_of_range>("vector::at -- out of range"));
+    EXPECT_THAT([&] { tree.As<VekQVariantList>(); }, ThrowsMessage<WrongTypeException>("Wrong type"));
+    EXPECT_THAT(
+        [&] { number.AsConst<VekQVariantMap>(); },
+        testing::Throws<WrongTypeException>(testing::ResultOf(
+            [](const auto& thrown) { return thrown.GetLocation().file_name(); }, testing::StrEq(__FILE__))));
     EXPECT_EQ(node["a"][1], number);
-    try
-    {
-        static_cast<void>(number.AsConst<VekQVariantMap>());
-        FAIL();
-    }
-    catch (const WrongTypeException& exception)
-    {
-        EXPECT_TRUE(QString(exception.GetLocation().file_name()).endsWith("VekQVariantTest.cpp"));
-    }
 }
 
 TEST(VekQVariant, FindGoesThroughMapsOnly)
@@ -103,7 +74,7 @@ TEST(VekQVariant, FindGoesThroughMapsOnly)
     EXPECT_EQ(*constTree.Find("a/b"), Number(1));
     EXPECT_EQ(*tree.Find(QList<QString>{"a/b"}), Number(3));
     for (const char* path : {"list/0", "a/c", "a/b/c", "A"})
-        EXPECT_FALSE(tree.Find(path) || constTree.Find(path)) << path;
+        EXPECT_FALSE(tree.Find(path) || constTree.Find(path) || tree.Find(QString(path))) << path;
     VekQVariant number = Number(5);
     EXPECT_EQ(number.Find("/"), &number);
     *tree.Find("a/b") = Number(9);
@@ -273,12 +244,13 @@ TEST(VekQVariant, TraverseAndDumpGoThroughParentsFirst)
     EXPECT_EQ(visited, QStringList({"", "k1", "k2", "k2/0", "k2/1"}));
     const TestSupport::LogRecorder log;
     DumpStructure(tree);
-    std::vector<TestSupport::LogLine> lines;
-    for (const char* line :
-         {" (vek::App::VekQVariantMap): k1: 2.5; k2: [2]", "k1 (double): 2.5",
-          "k2 (vek::App::VekQVariantList): x; y", "k2/0 (QString): x", "k2/1 (QString): y"})
-        lines.push_back({Log::Verbosity::Debug, line});
-    EXPECT_EQ(log.GetLines(), lines);
+    using Line = TestSupport::LogLine;
+    const auto debug = Log::Verbosity::Debug;
+    EXPECT_THAT(log.GetLines(),
+                testing::ElementsAre(Line{debug, " (vek::App::VekQVariantMap): k1: 2.5; k2: [2]"},
+                                     Line{debug, "k1 (double): 2.5"},
+                                     Line{debug, "k2 (vek::App::VekQVariantList): x; y"},
+                                     Line{debug, "k2/0 (QString): x"}, Line{debug, "k2/1 (QString): y"}));
     std::ostringstream printed;
     PrintTo(tree["k1"], &printed);
     EXPECT_EQ(printed.str(), R"(VekQVariant("double", "2.5"))");
@@ -299,64 +271,48 @@ TEST(VekQVariant, SharedCopiesAreMadeAndDroppedOnManyThreads)
     EXPECT_EQ(node.ToQVariant(), QVariant(1));
 }
 
-struct DescriptorCase
+TEST(VekQVariantDescriptorBase, KeepsAMapOfItsTypeAndReplacesAnythingElse)
 {
-    const char* fault;
-    VekQVariant before;
-    QString type;
-    bool isKept;
-};
-void PrintTo(const DescriptorCase& row, std::ostream* out) { *out << row.fault; }
-class Descriptor : public testing::TestWithParam<DescriptorCase>
-{};
-
-VekQVariant MakeMap(const QString& type)
-{
-    VekQVariant node;
-    node["child"] = Number(1);
-    if (!type.isNull())
-        node.As<VekQVariantMap>().SetType(type);
-    return node;
-}
-
-TEST_P(Descriptor, KeepsAMapOfItsTypeAndReplacesAnythingElse)
-{
-    VekQVariant node = GetParam().before;
-    VekQVariant partner = node;
-    const bool isFit = [&node] {
+    const auto makeMap = [](const QString& type) {
+        VekQVariant node;
+        node["child"] = Number(1);
+        if (!type.isEmpty())
+            node.As<VekQVariantMap>().SetType(type);
+        return node;
+    };
+    VekQVariant shared = makeMap("t");
+    shared.Share();
+    using Row = std::tuple<const char*, VekQVariant, QString, bool>;
+    for (const auto& [fault, before, type, isKept] :
+         {Row("fitting map emptied", makeMap("T"), "T", true),
+          Row("map without a type emptied", makeMap(""), "", true),
+          Row("invalid value kept", VekQVariant(), "T", false), Row("number kept", Number(1), "", false),
+          Row("other type taken", makeMap("t"), "T", false),
+          Row("typed map taken for any", makeMap("T"), "", false),
+          Row("shared value left to its partners", shared, "T", false)})
+    {
+        SCOPED_TRACE(fault);
+        VekQVariant node = before;
+        const VekQVariant partner = node;
+        bool isFit = true;
         try
         {
-            VekQVariantDescriptorBase(std::as_const(node), GetParam().type);
+            VekQVariantDescriptorBase(std::as_const(node), type);
         }
         catch (const Exception::WrongTypeException&)
         {
-            return false;
+            isFit = false;
         }
-        return true;
-    }();
-    EXPECT_EQ(isFit, GetParam().isKept);
-    EXPECT_EQ(node, partner);
-    VekQVariantDescriptorBase view(node, GetParam().type);
-    EXPECT_EQ(&view.GetValueRef(), &node);
-    const auto& map = node.AsConst<VekQVariantMap>();
-    EXPECT_EQ(map.Contains("child"), GetParam().isKept);
-    EXPECT_EQ(map.GetType(), GetParam().type);
-    EXPECT_EQ(map.Contains("{type}"), !GetParam().type.isEmpty());
-    EXPECT_EQ(partner == node, GetParam().isKept || partner.IsShared()); // its partners see it
+        EXPECT_EQ(isFit, isKept);
+        EXPECT_EQ(node, partner);
+        VekQVariantDescriptorBase view(node, type);
+        EXPECT_EQ(&view.GetValueRef(), &node);
+        const auto& map = node.AsConst<VekQVariantMap>();
+        EXPECT_EQ(map.Contains("child"), isKept);
+        EXPECT_EQ(map.GetType(), type);
+        EXPECT_EQ(map.Contains("{type}"), !type.isEmpty());
+        EXPECT_EQ(partner == node, isKept || partner.IsShared()); // its partners see it
+    }
 }
-INSTANTIATE_TEST_SUITE_P(Rows, Descriptor,
-                         testing::Values(DescriptorCase{"fitting map emptied", MakeMap("T"), "T", true},
-                                         DescriptorCase{"map without a type emptied", MakeMap({}), "", true},
-                                         DescriptorCase{"invalid value kept", VekQVariant(), "T", false},
-                                         DescriptorCase{"number kept", Number(1), "", false},
-                                         DescriptorCase{"other type taken", MakeMap("t"), "T", false},
-                                         DescriptorCase{"typed map taken for any", MakeMap("T"), "", false},
-                                         DescriptorCase{"shared value left to its partners",
-                                                        [] {
-                                                            VekQVariant node = MakeMap("t");
-                                                            node.Share();
-                                                            return node;
-                                                        }(),
-                                                        "T", false}));
 } // namespace
 } // namespace vek::App
