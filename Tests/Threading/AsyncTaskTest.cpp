@@ -1,11 +1,10 @@
 #include "VekAppCore/Threading/AsyncTask.h"
 #include "Support/TestSupport.h"
 #include "VekAppCore/Threading/SeededExecutor.h"
-#include "VekBase/Multithread.h"
 #include <QThread>
 #include <algorithm>
 #include <array>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace vek::Threading
 {
@@ -16,43 +15,55 @@ using Exception::E_Escape;
 
 const TrString title = TrString::NoTranslate("Task");
 const QString unknown = "An unknown error occurred";
+const AppException broken(TrString::NoTranslate("Broken"));
 
-void ExpectLocation(const AppException& exception, const char* function)
+/// The file and the function that made it.
+std::string GetPlace(const AppException& exception)
 {
-    const std::string file = exception.GetLocation().file_name();
-    EXPECT_TRUE(file.ends_with("Src/Threading/AsyncTask.cpp")) << file;
-    EXPECT_NE(std::string(exception.GetLocation().function_name()).find(function), std::string::npos);
+    const std::source_location& where = exception.GetLocation();
+    return std::string(where.file_name()) + ' ' + where.function_name();
 }
 
 /// Writes down what a listener hears, in order.
 struct Recorder
 {
     explicit Recorder(const TaskListener& task)
-    {
-        const auto add = [this](const QString& text) { heard += text; };
-        connections.push_back(task.OnTaskSucceeded([add] { add("succeeded"); }));
-        connections.push_back(task.OnTaskCanceled([add] { add("canceled"); }));
-        connections.push_back(task.OnTaskException([add](const AppException& exception) {
-            const QString message = exception.GetMessage().ToString();
-            add(message);
-            if (message == unknown)
-                ExpectLocation(exception, "HandleException");
-        }));
-        connections.push_back(task.OnTaskFinished([add] { add("finished"); }));
-        connections.push_back(task.OnProgressionChanged([add](int value) { add(QString::number(value)); }));
-        connections.push_back(
-            task.OnTitleChanged([add](const TrString& text) { add("title: " + text.ToString()); }));
-    }
+        : connections{
+              task.OnTaskSucceeded([this] { heard += "succeeded"; }),
+              task.OnTaskCanceled([this] { heard += "canceled"; }),
+              task.OnTaskException([this](const AppException& exception) {
+                  heard += exception.GetMessage().ToString();
+                  if (heard.last() != unknown)
+                      return;
+                  EXPECT_THAT(GetPlace(exception),
+                              testing::ContainsRegex("Src/Threading/AsyncTask.cpp .*HandleException"));
+              }),
+              task.OnTaskFinished([this] { heard += "finished"; }),
+              task.OnProgressionChanged([this](int value) { heard += QString::number(value); }),
+              task.OnTitleChanged([this](const TrString& text) { heard += "title: " + text.ToString(); })}
+    {}
 
-    QStringList heard;
-    std::vector<Connection> connections;
+    mutable QStringList heard;
+    const std::array<Connection, 6> connections;
 };
 
-class TaskTest : public testing::Test
+using Work = std::function<void(IProgression&)>;
+void Report(IProgression& progression)
 {
-protected:
-    template <typename Work, typename Then = Details::NoThen>
-    TaskListener Launch(Work work, Then then = {})
+    progression.SetTitle(TrString::NoTranslate("Half"));
+    progression.SetProgression(50);
+    progression.SetProgression(100);
+}
+const auto pass = [](auto&&...) {};
+auto Throw(const auto& thrown)
+{
+    return [thrown](auto&&...) { throw thrown; };
+}
+
+struct TaskTest : public testing::Test
+{
+    template <typename Then = Details::NoThen>
+    TaskListener Launch(auto work, Then then = {})
     {
         return LaunchTask(executor, title, std::move(work), std::move(then));
     }
@@ -61,146 +72,84 @@ protected:
     TaskExecutor executor{seeded};
 };
 
-struct OutcomeCase
+TEST_F(TaskTest, OutcomeIsOneAndThenFinished)
 {
-    const char* fault;
-    void (*work)(IProgression&);
-    void (*then)();
-    QStringList heard;
-    bool isCancelledBefore = false;
-};
-void PrintTo(const OutcomeCase& row, std::ostream* out) { *out << row.fault; }
-
-void Succeed(IProgression&) {}
-void Report(IProgression& progression)
-{
-    progression.SetTitle(TrString::NoTranslate("Half"));
-    progression.SetProgression(50);
-    progression.SetProgression(100);
-}
-void Go() {}
-template <typename T>
-[[noreturn]] void Throw()
-{
-    if constexpr (std::is_same_v<T, AppException>)
-        throw AppException(TrString::NoTranslate("Broken"));
-    else if constexpr (std::is_same_v<T, std::runtime_error>)
-        throw std::runtime_error("Broken");
-    else
-        throw T();
-}
-template <typename T>
-void ThrowInWork(IProgression&)
-{
-    Throw<T>();
-}
-
-class TaskOutcome : public TaskTest, public testing::WithParamInterface<OutcomeCase>
-{};
-
-TEST_P(TaskOutcome, IsOneAndThenFinished)
-{
-    const TaskListener task = Launch(GetParam().work, GetParam().then);
-    const Recorder recorder(task);
-    if (GetParam().isCancelledBefore)
+    using Row = std::tuple<const char*, Work, std::function<void()>, QString, int>;
+    for (const auto& [fault, work, then, heard, cancelCount] :
+         {Row{"reports lost", Report, pass, "title: Half, 50, 100, succeeded, finished", 0},
+          Row{"escape taken for an error", Throw(E_Escape()), pass, "canceled, finished", 0},
+          Row{"message lost", Throw(broken), pass, "Broken, finished", 0},
+          Row{"foreign text shown", Throw(std::runtime_error("Foreign")), pass, unknown + ", finished", 0},
+          Row{"no exception at all lost", Throw(5), pass, unknown + ", finished", 0},
+          Row{"other critical exception taken for cancellation", Throw(Exception::CriticalException()), pass,
+              unknown + ", finished", 0},
+          Row{"continuation's escape taken for success", pass, Throw(E_Escape()), "canceled, finished", 0},
+          Row{"continuation's error swallowed", pass, Throw(broken), "Broken, finished", 0},
+          Row{"continuation's foreign error swallowed", pass, Throw(5), unknown + ", finished", 0},
+          Row{"cancellation before the start lost", Report, pass, "title: Half, 50, canceled, finished", 2},
+          Row{"work that does not report interrupted", pass, pass, "succeeded, finished", 2}})
     {
-        task.Cancel();
-        task.Cancel();
+        const TaskListener task = Launch(work, then);
+        const Recorder recorder(task);
+        for (int i = 0; i < cancelCount; ++i)
+            task.Cancel();
+        seeded->RunAll();
+        task.Cancel(); // too late to change anything
+        task.Wait();
+        EXPECT_EQ(recorder.heard.join(", "), heard) << fault;
     }
-    seeded->RunAll();
-    EXPECT_EQ(recorder.heard, GetParam().heard);
-    task.Cancel(); // too late to change anything
-    task.Wait();
-    EXPECT_EQ(recorder.heard, GetParam().heard);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Rows, TaskOutcome,
-    testing::Values(
-        OutcomeCase{"reports lost or out of order",
-                    Report,
-                    Go,
-                    {"title: Half", "50", "100", "succeeded", "finished"}},
-        OutcomeCase{"escape taken for an error", ThrowInWork<E_Escape>, Go, {"canceled", "finished"}},
-        OutcomeCase{"message lost", ThrowInWork<AppException>, Go, {"Broken", "finished"}},
-        OutcomeCase{
-            "text of a foreign exception shown", ThrowInWork<std::runtime_error>, Go, {unknown, "finished"}},
-        OutcomeCase{"no exception at all lost", ThrowInWork<int>, Go, {unknown, "finished"}},
-        OutcomeCase{"other critical exception taken for cancellation",
-                    ThrowInWork<Exception::CriticalException>,
-                    Go,
-                    {unknown, "finished"}},
-        OutcomeCase{
-            "continuation's escape taken for success", Succeed, Throw<E_Escape>, {"canceled", "finished"}},
-        OutcomeCase{"continuation's error swallowed", Succeed, Throw<AppException>, {"Broken", "finished"}},
-        OutcomeCase{"continuation's foreign error swallowed", Succeed, Throw<int>, {unknown, "finished"}},
-        OutcomeCase{"cancellation before the start lost",
-                    Report,
-                    Go,
-                    {"title: Half", "50", "canceled", "finished"},
-                    true},
-        OutcomeCase{"work that does not report interrupted", Succeed, Go, {"succeeded", "finished"}, true}));
 
 TEST_F(TaskTest, ResultReachesTheContinuationByValue)
 {
-    struct NoDefault
-    {
-        explicit NoDefault(int number) : value(number) {}
-        int value;
-    };
-    static const QString shared = "shared";
-    QStringList results;
-    const auto add = [&results](const QString& text) { results += text; };
+    static const int three = 3;
+    std::array<int, 4> results{};
     Launch([] { return std::make_unique<int>(1); },
-           [=](std::unique_ptr<int> result) { add(QString::number(*result)); });
+           [&](std::unique_ptr<int> result) { results[0] = *result; });
+    Launch([] { return std::cref(three); }, // has no default constructor
+           [&](std::reference_wrapper<const int> result) { results[1] = -result; });
+    Launch([](IProgression&) -> const int& { return three; }, [&](int result) { results[2] = result; });
+    Launch([captured = std::make_unique<int>(4)] { return *captured; },
+           [&, captured = std::make_unique<int>(1)](int result) { results[3] = result + *captured; });
     seeded->RunAll();
-    Launch([] { return NoDefault(2); }, [=](NoDefault result) { add(QString::number(result.value)); });
-    seeded->RunAll();
-    Launch([](IProgression&) -> const QString& { return shared; }, [=](QString result) { add(result); });
-    seeded->RunAll();
-    Launch(
-        [captured = std::make_unique<int>(4)] { return *captured; },
-        [=, captured = std::make_unique<int>(1)](int result) { add(QString::number(result + *captured)); });
-    seeded->RunAll();
-    EXPECT_EQ(results, QStringList({"1", "2", "shared", "5"}));
+    EXPECT_THAT(results, testing::ElementsAre(1, -3, 3, 5));
 }
 
 TEST_F(TaskTest, ThrowingListenerIsReportedAndSilencesNobody)
 {
     const TestSupport::NotificationRecorder notifications;
     const TestSupport::LogRecorder log;
-    const Connection launched = OnTaskLaunched(executor, [](const TaskListener&) { Throw<int>(); });
-    for (const auto work : {Report, ThrowInWork<E_Escape>, ThrowInWork<AppException>})
+    const Connection launched = OnTaskLaunched(executor, Throw(1));
+    for (const Work& work : std::initializer_list<Work>{Report, Throw(E_Escape()), Throw(broken)})
     {
         const TaskListener task = Launch(work);
         const Recorder recorder(task);
         const auto first = SignalBase::EPriority(1); // connected late, called first
-        const std::array throwers{task.OnTaskSucceeded(Throw<int>, first),
-                                  task.OnTaskCanceled(Throw<int>, first),
-                                  task.OnTaskException([](const AppException&) { Throw<int>(); }, first),
-                                  task.OnTaskFinished(
-                                      [&recorder] {
-                                          EXPECT_FALSE(recorder.heard.contains("finished"));
-                                          Throw<int>();
-                                      },
-                                      first),
-                                  task.OnProgressionChanged([](int) { Throw<int>(); }),
-                                  task.OnTitleChanged([](const TrString&) { Throw<int>(); })};
+        const auto throwAtTheEnd = [&recorder] {
+            recorder.heard += "thrown";
+            throw 1;
+        };
+        const std::array throwers{
+            task.OnTaskSucceeded(Throw(1), first), task.OnTaskCanceled(Throw(1), first),
+            task.OnTaskException(Throw(1), first), task.OnTaskFinished(throwAtTheEnd, first),
+            task.OnProgressionChanged(Throw(1)),   task.OnTitleChanged(Throw(1))};
         seeded->RunAll();
-        EXPECT_EQ(recorder.heard.last(), "finished");
+        EXPECT_EQ(recorder.heard.last(2), QStringList({"thrown", "finished"}));
     }
     EXPECT_EQ(notifications.messages.size(), 3U + 3U * 2U + 3U); // launches, ends, reports
 }
 
 TEST_F(TaskTest, ListenersSayWhetherTheyAreTooLate)
 {
-    EXPECT_FALSE(TaskListener().IsValid());
-    EXPECT_TRUE(TaskListener().IsTaskFinished());
-    EXPECT_FALSE(TaskListener().OnTaskFinished([] {}).IsConnected());
-    EXPECT_TRUE(TaskListener().GetTitle().IsEmpty());
-    TaskListener().Cancel();
-    TaskListener().Wait();
+    const TaskListener none;
+    EXPECT_FALSE(none.IsValid());
+    EXPECT_TRUE(none.IsTaskFinished());
+    EXPECT_FALSE(none.OnTaskFinished([] {}).IsConnected());
+    EXPECT_TRUE(none.GetTitle().IsEmpty());
+    none.Cancel();
+    none.Wait();
 
-    const TaskListener task = Launch(Succeed);
+    const TaskListener task = Launch(pass);
     EXPECT_FALSE(task.IsTaskFinished());
     bool isFinishedInOutcome = false;
     const Connection succeeded = task.OnTaskSucceeded([&] { isFinishedInOutcome = task.IsTaskFinished(); });
@@ -215,132 +164,92 @@ TEST_F(TaskTest, ListenersSayWhetherTheyAreTooLate)
 
 TEST_F(TaskTest, TaskThatIsDroppedBeforeItRunsEndsAsCanceled)
 {
-    struct Dropper final : public ITaskExecutorImpl
+    struct Dropper final : public SeededExecutor
     {
-        void PostEvent(std::function<void()> function, const std::source_location&) override
-        {
-            posted.push_back(std::move(function));
-        }
-        void WaitUntil(const std::function<bool()>&, EEventToTreat) override {}
-        void Clear() override {}
+        using SeededExecutor::SeededExecutor;
         void ExecuteAsync(std::function<void()>) override {}
-        std::shared_ptr<RunningTaskChecker> GetRunningTaskChecker() override { return nullptr; }
-        void WaitForAll() override {}
-        std::vector<std::function<void()>> posted;
     };
-    const auto dropper = std::make_shared<Dropper>();
+    const auto dropper = std::make_shared<Dropper>(1);
     TaskExecutor dropping(dropper);
     auto [task, future] = LaunchFuture(dropping, title, [] { return 1; });
     const Recorder recorder(task);
     EXPECT_FALSE(task.IsTaskFinished()); // its end is on the way
-    for (auto& function : std::exchange(dropper->posted, {}))
-        function();
+    dropper->RunAll();
     EXPECT_EQ(recorder.heard, QStringList({"canceled", "finished"}));
     EXPECT_THROW(future.get(), std::future_error);
 }
 
-struct FutureCase
+TEST_F(TaskTest, ExceptionOfAFutureIsTranslated)
 {
-    const char* fault;
-    void (*work)(IProgression&);
-    std::string thrown; ///< Type and text of what HandleFutureException throws.
-};
-void PrintTo(const FutureCase& row, std::ostream* out) { *out << row.fault; }
-class FutureException : public TaskTest, public testing::WithParamInterface<FutureCase>
-{};
-
-TEST_P(FutureException, IsTranslated)
-{
-    auto [task, future] = LaunchFuture(executor, title, GetParam().work);
-    seeded->RunAll();
-    std::string thrown;
-    try
-    {
-        try
-        {
-            future.get();
-        }
-        catch (...)
-        {
-            HandleFutureException();
-        }
-    }
-    catch (const Exception::InternalAppException& exception)
-    {
-        thrown = std::string("internal: ") + exception.what();
-        ExpectLocation(exception, "HandleFutureException");
-    }
-    catch (const AppException& exception)
-    {
-        thrown = exception.what();
-    }
-    catch (const E_Escape&)
-    {
-        thrown = "escape";
-    }
-    EXPECT_EQ(thrown, GetParam().thrown);
+    using Exception::InternalAppException;
+    const auto read = [this](const auto& thrown) {
+        return [this, thrown] {
+            auto [task, future] = LaunchFuture(executor, title, Throw(thrown));
+            seeded->RunAll();
+            try
+            {
+                future.get();
+            }
+            catch (...)
+            {
+                HandleFutureException();
+            }
+        };
+    };
+    const auto throwsInternal = [](const char* text) {
+        const auto place = testing::ContainsRegex("Src/Threading/AsyncTask.cpp .*HandleFutureException");
+        return testing::Throws<InternalAppException>(
+            testing::AllOf(testing::Property(&AppException::what, testing::StrEq(text)),
+                           testing::ResultOf(GetPlace, place)));
+    };
+    const Exception::WrongTypeException own("Broken");
+    EXPECT_THAT(read(own), testing::ThrowsMessage<Exception::WrongTypeException>("Broken"));
+    EXPECT_THAT(read(std::runtime_error("Broken")), throwsInternal("Broken"));
+    EXPECT_THAT(read(5), throwsInternal("An unknown error occurred"));
+    EXPECT_THROW(read(E_Escape())(), E_Escape);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Rows, FutureException,
-    testing::Values(
-        FutureCase{"own exception changed", ThrowInWork<AppException>, "Broken"},
-        FutureCase{"text of a standard exception lost", ThrowInWork<std::runtime_error>, "internal: Broken"},
-        FutureCase{"no exception let through", ThrowInWork<int>, "internal: An unknown error occurred"},
-        FutureCase{"cancellation taken for an error", ThrowInWork<E_Escape>, "escape"}));
 
-struct Owner : AsyncTask
+TEST_F(TaskTest, DroppedByItsOwnerRunsToItsEndForOthersButDoesNotContinue)
 {
-    void OnNewTask(const TaskListener& listener) override { launched.push_back(listener); }
-    std::vector<TaskListener> launched;
-};
-
-enum class EDrop
-{
-    Terminate,
-    Launch,
-    Death,
-};
-class DroppedTask : public TaskTest, public testing::WithParamInterface<EDrop>
-{};
-
-TEST_P(DroppedTask, RunsToItsEndForOthersButDoesNotContinue)
-{
-    for (int stepCount = 0; stepCount < 4; ++stepCount) // of what is queued, before it is dropped
-    {
-        auto owner = std::make_unique<Owner>();
-        bool hasContinued = false;
-        owner->Launch(executor, title, Report, [&hasContinued] { hasContinued = true; });
-        const Recorder recorder(owner->launched.back());
-        owner->launched.clear(); // connections are enough to hear
-        for (int step = 0; step < stepCount; ++step)
-            seeded->RunOne();
-        switch (GetParam())
+    std::unique_ptr<AsyncTask> owner;
+    using Way = std::pair<const char*, std::function<void()>>;
+    for (const auto& [name, drop] : {Way{"terminated", [&] { owner->Terminate(); }},
+                                     Way{"replaced", [&] { owner->Launch(executor, title, Report); }},
+                                     Way{"owner's death", [&] { owner.reset(); }}})
+        for (int stepCount = 0; stepCount < 4; ++stepCount) // of what is queued, before it is dropped
         {
-        case EDrop::Terminate: owner->Terminate(); break;
-        case EDrop::Launch: owner->Launch(executor, title, Report); break;
-        case EDrop::Death: owner.reset(); break;
+            owner = std::make_unique<AsyncTask>();
+            bool hasContinued = false;
+            const auto then = [&hasContinued] { hasContinued = true; };
+            const Recorder recorder(owner->Launch(executor, title, Report, then)); // keeps no listener
+            for (int step = 0; step < stepCount; ++step)
+                seeded->RunOne();
+            drop();
+            seeded->RunAll();
+            EXPECT_EQ(recorder.heard, QStringList({"title: Half", "50", "100", "succeeded", "finished"}))
+                << name;
+            EXPECT_FALSE(hasContinued) << name;
         }
-        seeded->RunAll();
-        EXPECT_EQ(recorder.heard, QStringList({"title: Half", "50", "100", "succeeded", "finished"}));
-        EXPECT_FALSE(hasContinued);
-    }
 }
-INSTANTIATE_TEST_SUITE_P(Ways, DroppedTask, testing::Values(EDrop::Terminate, EDrop::Launch, EDrop::Death));
 
 TEST_F(TaskTest, OwnerDiesWhileItWaits)
 {
-    auto owner = std::make_unique<Owner>();
+    auto owner = std::make_unique<AsyncTask>();
     bool hasContinued = false;
-    owner->Launch(executor, title, Report, [&hasContinued] { hasContinued = true; });
     const Connection titleChanged =
-        owner->launched.back().OnTitleChanged([&owner](const TrString&) { owner.reset(); });
+        owner->Launch(executor, title, Report, [&hasContinued] { hasContinued = true; })
+            .OnTitleChanged([&owner](const TrString&) { owner.reset(); });
     owner->Wait();
     EXPECT_FALSE(owner || hasContinued);
 }
 
 TEST_F(TaskTest, OwnerCancelsAndWaitsForTheCurrentTask)
 {
-    Owner owner;
+    struct Owner : AsyncTask
+    {
+        void OnNewTask(const TaskListener& task) override { launched.push_back(task); }
+        std::vector<TaskListener> launched;
+    } owner;
     EXPECT_TRUE(owner.IsTaskFinished());
     owner.Cancel();
     owner.Wait();
@@ -349,13 +258,13 @@ TEST_F(TaskTest, OwnerCancelsAndWaitsForTheCurrentTask)
     int thenCount = 0;
     const auto then = [&thenCount] { ++thenCount; };
     owner.Launch(executor, title, Report, then);
-    ASSERT_EQ(owner.launched.size(), 1U);
     EXPECT_FALSE(owner.IsTaskFinished());
     owner.Wait();
     EXPECT_TRUE(owner.IsTaskFinished());
     EXPECT_EQ(thenCount, 1);
 
     owner.Launch(executor, title, Report, then);
+    ASSERT_EQ(owner.launched.size(), 2U);
     const Recorder canceled(owner.launched.back());
     owner.Cancel();
     owner.Wait();
@@ -363,8 +272,7 @@ TEST_F(TaskTest, OwnerCancelsAndWaitsForTheCurrentTask)
     EXPECT_EQ(thenCount, 1);
 
     bool isCanceled = false;
-    owner.Launch(
-        executor, title, [] {}, [&] { isCanceled = owner.IsCanceled(); });
+    owner.Launch(executor, title, pass, [&] { isCanceled = owner.IsCanceled(); });
     EXPECT_FALSE(owner.IsCanceled());
     owner.Cancel(); // the work does not report, and succeeds
     owner.Wait();
@@ -376,22 +284,21 @@ TEST_F(TaskTest, OwnerCancelsAndWaitsForTheCurrentTask)
 TEST_F(TaskTest, ContinuationMayDestroyTheOwnerWaitAndLaunchTheNext)
 {
     QStringList order;
-    auto owner = std::make_unique<Owner>();
-    Owner& chain = *owner;
-    chain.Launch(
-        executor, title, [] { return 1; },
-        [&](int one) {
-            order += QString::number(one);
-            chain.Wait(); // its own end: already reached
-            chain.Launch(
-                executor, title, [one] { return one + 1; },
-                [&](int two) {
-                    order += QString::number(two);
-                    LaunchTask(executor, title, [&order] { order += "inner"; }).Wait();
-                    owner.reset();
-                    order += "end";
-                });
-        });
+    auto owner = std::make_unique<AsyncTask>();
+    const auto continueWithTwo = [&](int two) {
+        order += QString::number(two);
+        LaunchTask(executor, title, [&order] { order += "inner"; }).Wait();
+        owner.reset();
+        order += "end";
+    };
+    const auto continueWithOne = [&, &chain = *owner](int one) {
+        order += QString::number(one);
+        chain.Wait(); // its own end: already reached
+        chain.Launch(
+            executor, title, [one] { return one + 1; }, continueWithTwo);
+    };
+    owner->Launch(
+        executor, title, [] { return 1; }, continueWithOne);
     seeded->RunAll();
     EXPECT_EQ(order, QStringList({"1", "2", "inner", "end"}));
 }
@@ -417,11 +324,9 @@ TEST_F(TaskTest, BasesEmitStartAndEndAroundWhateverIsThrown)
     auto task = std::make_shared<Task>(executor, title);
     const auto awaiter = std::make_shared<Awaiter>(*task, executor, title);
     QStringList heard;
-    const std::array connections{
-        awaiter->OnTaskStarted([&] { heard += "started"; }),
-        awaiter->OnProgressionChanged([&](int) { heard += "progression"; }),
-        awaiter->OnTaskFinished([&] { heard += "finished"; }),
-    };
+    const std::array connections{awaiter->OnTaskStarted([&] { heard += "started"; }),
+                                 awaiter->OnProgressionChanged([&](int) { heard += "progression"; }),
+                                 awaiter->OnTaskFinished([&] { heard += "finished"; })};
     task->Execute();
     EXPECT_TRUE(heard.isEmpty()); // posted
     awaiter->Wait();
@@ -438,17 +343,10 @@ TEST_F(TaskTest, BasesEmitStartAndEndAroundWhateverIsThrown)
 // What follows runs on threads.
 
 /// Notes on which thread it dies.
-struct Mortal
+std::shared_ptr<void> MakeMortal(QThread*& died)
 {
-    explicit Mortal(QThread*& died) : m_died(&died) {}
-    Mortal(Mortal&& other) noexcept : m_died(std::exchange(other.m_died, nullptr)) {}
-    ~Mortal()
-    {
-        if (m_died)
-            *m_died = QThread::currentThread();
-    }
-    QThread** m_died;
-};
+    return {nullptr, [&died](void*) { died = QThread::currentThread(); }};
+}
 
 TEST(TaskThreads, WorkLivesAndDiesOnAWorkerTheRestOnTheMainThread)
 {
@@ -456,26 +354,22 @@ TEST(TaskThreads, WorkLivesAndDiesOnAWorkerTheRestOnTheMainThread)
     QThread* const main = QThread::currentThread();
     for (int round = 0; round < 500; ++round)
     {
+        QThread* workRan = nullptr;
         QThread* workDied = nullptr;
+        QThread* thenRan = nullptr;
         QThread* thenDied = nullptr;
         QThread* resultDied = nullptr;
-        QThread* ran = nullptr;
-        bool isThenOnMain = false;
-        const TaskListener task = LaunchTask(
-            executor, title,
-            [mortal = Mortal(workDied), &ran, &resultDied] {
-                ran = QThread::currentThread();
-                return std::make_unique<Mortal>(resultDied);
-            },
-            [mortal = Mortal(thenDied), &isThenOnMain, main](std::unique_ptr<Mortal>) {
-                isThenOnMain = QThread::currentThread() == main;
-            });
-        task.Wait();
-        ASSERT_TRUE(isThenOnMain);
-        ASSERT_NE(ran, main);
-        ASSERT_EQ(workDied, ran);
-        ASSERT_EQ(thenDied, main);
-        ASSERT_EQ(resultDied, main);
+        auto work = [mortal = MakeMortal(workDied), &workRan, &resultDied] {
+            workRan = QThread::currentThread();
+            return MakeMortal(resultDied);
+        };
+        auto then = [mortal = MakeMortal(thenDied), &thenRan](std::shared_ptr<void>) {
+            thenRan = QThread::currentThread();
+        };
+        LaunchTask(executor, title, std::move(work), std::move(then)).Wait();
+        ASSERT_NE(workRan, main);
+        ASSERT_THAT((std::vector{workDied, thenRan, thenDied, resultDied}),
+                    testing::ElementsAre(workRan, main, main, main));
     }
 }
 
@@ -487,7 +381,7 @@ TEST(TaskThreads, ExecutorWaitsForItsTasksAndTheirEndsComeAfterwards)
         TaskExecutor executor;
         for (int i = 0; i < 100; ++i)
             connections.push_back(
-                LaunchTask(executor, title, [] {}).OnTaskFinished([&finishedCount] { ++finishedCount; }));
+                LaunchTask(executor, title, pass).OnTaskFinished([&finishedCount] { ++finishedCount; }));
     }
     EXPECT_TRUE(TestSupport::WaitFor([&] { return finishedCount == 100; }));
 }
@@ -515,27 +409,25 @@ TEST(TaskThreads, CancelReachesRunningWork)
 
 TEST(TaskThreads, TasksThatAFailureOfThePoolDropsEndAndDieOnTheMainThread)
 {
-    QThread* const main = QThread::currentThread();
+    const TestSupport::NotificationRecorder notifications; // the failure, when an executor dies
     for (int round = 0; round < 20; ++round)
     {
         TaskExecutor executor;
-        std::vector<Owner> owners(500);
+        std::vector<AsyncTask> owners(500);
         std::vector<QThread*> died(owners.size());
         std::size_t finishedCount = 0;
         std::vector<Connection> connections;
-        executor.ExecuteAsync([] { throw std::runtime_error("refused"); });
+        executor.ExecuteAsync(Throw(std::runtime_error("refused")));
         for (std::size_t i = 0; i < owners.size(); ++i)
         {
-            owners[i].Launch(
-                executor, title, [] {}, [mortal = Mortal(died[i])] {});
-            connections.push_back(owners[i].launched.back().OnTaskFinished([&] { ++finishedCount; }));
-            owners[i].launched.clear();
+            connections.push_back(owners[i]
+                                      .Launch(executor, title, pass, [mortal = MakeMortal(died[i])] {})
+                                      .OnTaskFinished([&] { ++finishedCount; }));
             if (i % 2 == 0)
                 owners[i].Terminate();
         }
         ASSERT_TRUE(TestSupport::WaitFor([&] { return finishedCount == owners.size(); }));
-        ASSERT_EQ(std::ranges::count(died, main), std::ssize(died));
-        const TestSupport::NotificationRecorder notifications; // the failure, when the executor dies
+        ASSERT_THAT(died, testing::Each(QThread::currentThread()));
     }
 }
 } // namespace
