@@ -1,4 +1,5 @@
 #include "VekAppCore/Threading/WhenAll.h"
+#include "Support/TestSupport.h"
 #include "VekAppCore/App/Exception.h"
 #include "VekAppCore/Threading/AsyncTask.h"
 #include "VekAppCore/Threading/SeededExecutor.h"
@@ -7,77 +8,60 @@
 
 namespace vek::Threading
 {
-namespace
+TEST(WhenAll, EndsOnceAndWhenTheLastHas)
 {
-struct WhenAllCase
-{
-    const char* fault;
-    std::string tasks; ///< A letter a task: s succeeds, c is cancelled, x throws.
-    bool areEarly;     ///< They have ended before.
-    QStringList ends;
-};
-void PrintTo(const WhenAllCase& row, std::ostream* out) { *out << row.fault; }
-class WhenAllTest : public testing::TestWithParam<WhenAllCase>
-{};
-
-TEST_P(WhenAllTest, EndsOnceAndWhenTheLastHas)
-{
-    for (std::uint32_t seed = 0; seed < 50; ++seed) // the order in which the tasks end
-    {
-        const auto seeded = std::make_shared<SeededExecutor>(seed);
-        TaskExecutor executor(seeded);
-        std::size_t endedCount = 0;
-        std::vector<TaskListener> tasks;
-        std::vector<Connection> connections;
-        QString firstFailure;
-        for (const char kind : GetParam().tasks)
+    // A letter a task: s succeeds, c is cancelled, x throws; then whether they have ended before.
+    using Row = std::tuple<const char*, std::string, bool, QString>;
+    for (const auto& [fault, kinds, areEarly, expected] :
+         {Row{"never ends without tasks", "", false, "succeeded, finished"},
+          Row{"ends with the first", "ss", false, "25, 50, 75, 100, succeeded, finished"},
+          Row{"waits for one that has ended", "ss", true, "50, 100, succeeded, finished"},
+          Row{"cancellation lost", "scs", false, "16, 33, 50, 66, 83, 100, canceled, finished"},
+          Row{"cancellation put before a failure", "csxc", false,
+              "12, 25, 37, 50, 62, 75, 87, 100, x, finished"},
+          Row{"later failure told", "xsx", false, "16, 33, 50, 66, 83, 100, x, finished"},
+          Row{"failure that came earlier lost", "sx", true, "50, 100, x, finished"}})
+        for (std::uint32_t seed = 0; seed < 50; ++seed) // the order in which the tasks end
         {
-            const QString name = QString::number(tasks.size());
-            tasks.push_back(LaunchTask(executor, TrString(), [kind, name](IProgression& progression) {
-                progression.SetProgression(50);
-                if (kind == 'c')
-                    throw Exception::E_Escape();
-                if (kind == 'x')
-                    throw Exception::AppException(TrString::NoTranslate(name));
+            const auto seeded = std::make_shared<SeededExecutor>(seed);
+            TaskExecutor executor(seeded);
+            std::size_t endedCount = 0;
+            std::vector<TaskListener> tasks;
+            std::vector<Connection> connections;
+            QString firstFailure;
+            for (const char kind : kinds)
+            {
+                const QString name = QString::number(tasks.size());
+                tasks.push_back(LaunchTask(executor, TrString(), [kind, name](IProgression& progression) {
+                    progression.SetProgression(50);
+                    if (kind == 'c')
+                        throw Exception::E_Escape();
+                    if (kind == 'x')
+                        throw Exception::AppException(TrString::NoTranslate(name));
+                }));
+                connections.push_back(tasks.back().OnTaskFinished([&endedCount] { ++endedCount; }));
+                connections.push_back(tasks.back().OnTaskException([&firstFailure, name](const auto&) {
+                    if (firstFailure.isEmpty())
+                        firstFailure = name;
+                }));
+            }
+            if (areEarly)
+                seeded->RunAll();
+            QStringList heard;
+            const TaskListener all = WhenAll(executor, TrString::NoTranslate("All"), tasks);
+            connections.push_back(all.OnTaskSucceeded([&] { heard += "succeeded"; }));
+            connections.push_back(all.OnTaskCanceled([&] { heard += "canceled"; }));
+            connections.push_back(all.OnTaskException([&](const Exception::AppException& exception) {
+                heard += exception.GetMessage().ToString() == firstFailure ? "x" : "another";
             }));
-            connections.push_back(tasks.back().OnTaskFinished([&endedCount] { ++endedCount; }));
-            connections.push_back(tasks.back().OnTaskException([&firstFailure, name](const auto&) {
-                if (firstFailure.isEmpty())
-                    firstFailure = name;
-            }));
-        }
-        if (GetParam().areEarly)
+            connections.push_back(all.OnTaskFinished(
+                [&] { heard += endedCount == tasks.size() ? "finished" : "finished early"; }));
+            connections.push_back(
+                all.OnProgressionChanged([&](int percent) { heard += QString::number(percent); }));
             seeded->RunAll();
-        QStringList ends;
-        int percent = 0; // of all tasks together
-        const TaskListener all = WhenAll(executor, TrString::NoTranslate("All"), tasks);
-        connections.push_back(all.OnTaskSucceeded([&] { ends += "succeeded"; }));
-        connections.push_back(all.OnTaskCanceled([&] { ends += "canceled"; }));
-        connections.push_back(all.OnTaskException([&](const Exception::AppException& exception) {
-            ends += exception.GetMessage().ToString() == firstFailure ? "x" : "another";
-        }));
-        connections.push_back(all.OnTaskFinished([&] {
-            ends += "finished";
-            EXPECT_EQ(endedCount, tasks.size());
-        }));
-        connections.push_back(all.OnProgressionChanged([&](int value) {
-            percent += GetParam().areEarly ? 100 : 50;
-            EXPECT_EQ(value, percent / static_cast<int>(tasks.size()));
-        }));
-        seeded->RunAll();
-        ASSERT_EQ(ends, GetParam().ends) << seed;
-        ASSERT_EQ(percent, 100 * std::ssize(tasks));
-    }
+            ASSERT_EQ(heard.join(", "), expected) << fault << ", seed " << seed;
+        }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Rows, WhenAllTest,
-    testing::Values(WhenAllCase{"never ends without tasks", "", false, {"succeeded", "finished"}},
-                    WhenAllCase{"ends with the first", "ss", false, {"succeeded", "finished"}},
-                    WhenAllCase{"waits for one that has ended", "ss", true, {"succeeded", "finished"}},
-                    WhenAllCase{"cancellation lost", "scs", false, {"canceled", "finished"}},
-                    WhenAllCase{"cancellation put before a failure", "csxc", false, {"x", "finished"}},
-                    WhenAllCase{"later failure told", "xsx", false, {"x", "finished"}},
-                    WhenAllCase{"failure that came earlier lost", "sx", true, {"x", "finished"}}));
 
 TEST(WhenAll, CancelsAllAndKnowsAnEndThatIsBeingTold)
 {
@@ -101,5 +85,4 @@ TEST(WhenAll, CancelsAllAndKnowsAnEndThatIsBeingTold)
     seeded->RunAll();
     EXPECT_EQ(canceledCount, 4);
 }
-} // namespace
 } // namespace vek::Threading
