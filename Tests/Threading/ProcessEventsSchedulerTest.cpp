@@ -13,16 +13,14 @@ TEST(ProcessEventsScheduler, ProcessesOncePerIntervalAndWheneverForced)
     int runs = 0;
     const auto process = [&runs](ProcessEventsScheduler& scheduler, bool force) {
         VekQFuncEvent::PostEvent(qApp, [&runs] { ++runs; });
-        return scheduler.ProcessPendingEvents(force);
+        const bool isProcessed = scheduler.ProcessPendingEvents(force);
+        return std::pair(isProcessed, runs);
     };
     ProcessEventsScheduler rare(std::chrono::years(100), 5ms); // longer than any clock has run
-    EXPECT_TRUE(process(rare, true));
-    EXPECT_TRUE(process(rare, false)); // the forced one does not count
-    EXPECT_EQ(runs, 2);
-    EXPECT_FALSE(process(rare, false));
-    EXPECT_EQ(runs, 2);
-    EXPECT_TRUE(process(rare, true));
-    EXPECT_EQ(runs, 4);
+    EXPECT_EQ(process(rare, true), std::pair(true, 1));
+    EXPECT_EQ(process(rare, false), std::pair(true, 2)); // the forced one does not count
+    EXPECT_EQ(process(rare, false), std::pair(false, 2));
+    EXPECT_EQ(process(rare, true), std::pair(true, 4));
 
     ProcessEventsScheduler often(1ms, 5ms);
     EXPECT_TRUE(often.ProcessPendingEvents(false));

@@ -2,14 +2,11 @@
 #include "VekAppCore/App/Exception.h"
 #include <gtest/gtest.h>
 #include <set>
-#include <string>
 
 namespace vek::Threading
 {
-namespace
-{
 /// Four functions of the pool, each of which posts one, and one posted before.
-std::string RunAll(std::uint32_t seed)
+static std::string RunAll(std::uint32_t seed)
 {
     const auto seeded = std::make_shared<SeededExecutor>(seed);
     TaskExecutor executor(seeded);
@@ -86,5 +83,4 @@ TEST(SeededExecutor, ClearDropsWhatDroppingPosts)
     seeded.Clear();
     EXPECT_FALSE(seeded.RunOne());
 }
-} // namespace
 } // namespace vek::Threading

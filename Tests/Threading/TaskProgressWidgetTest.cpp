@@ -13,8 +13,6 @@
 
 namespace vek::Threading
 {
-namespace
-{
 using namespace std::chrono_literals;
 
 struct TaskWidgets : public testing::Test
@@ -98,5 +96,4 @@ TEST_F(TaskWidgets, StatusBarShowsTheTasksThatRun)
     bar.reset(); // before the task ends
     anotherSeeded->RunAll();
 }
-} // namespace
 } // namespace vek::Threading

@@ -2,7 +2,6 @@
 #include <QCoreApplication>
 #include <QObject>
 #include <gtest/gtest.h>
-#include <memory>
 
 namespace vek::Threading
 {
