@@ -1,12 +1,8 @@
 #include "VekBase/MoveOnlyFunction.h"
 #include <array>
 #include <gtest/gtest.h>
-#include <memory>
-#include <string>
 
 namespace vek
-{
-namespace
 {
 using Function = MoveOnlyFunction<std::string(int, std::string)>;
 
@@ -25,7 +21,7 @@ struct Counted
 };
 
 template <std::size_t size>
-void CheckOwnership()
+static void CheckOwnership()
 {
     int living = 0;
     {
@@ -46,7 +42,7 @@ void CheckOwnership()
     EXPECT_EQ(living, 0);
 }
 
-std::string Join(int number, std::string text) { return text + std::to_string(number); }
+static std::string Join(int number, std::string text) { return text + std::to_string(number); }
 
 TEST(MoveOnlyFunctionTest, OwnsWhatFitsAndWhatDoesNot)
 {
@@ -96,5 +92,4 @@ TEST(MoveOnlyFunctionTest, TheCallableOfBeforeMayUseTheObjectWhenItDies)
     function = [] { return 2; };
     EXPECT_EQ(result, 2);
 }
-} // namespace
 } // namespace vek

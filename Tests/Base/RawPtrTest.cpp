@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <gtest/gtest.h>
-#include <memory>
 #include <thread>
-#include <vector>
 
 namespace vek
 {

@@ -1,7 +1,6 @@
 #include "VekBase/ScopeBase.h"
 #include "VekBase/Exception.h"
 #include <gtest/gtest.h>
-#include <memory>
 
 namespace vek
 {

@@ -2,7 +2,6 @@
 #include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
-#include <memory>
 
 namespace vek
 {

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <map>
-#include <memory>
 #include <random>
 #include <set>
-#include <vector>
 
 namespace vek
 {
