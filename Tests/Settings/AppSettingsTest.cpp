@@ -8,34 +8,36 @@
 
 namespace vek::App
 {
-namespace
-{
 /// A process of "App" 2.0 whose settings are in a folder of the test's own, and that has just started.
-class AppSettings : public testing::Test
+struct AppSettings : testing::Test
 {
-protected:
     AppSettings()
     {
-        for (const auto format : {QSettings::NativeFormat, QSettings::IniFormat})
-        {
-            QSettings::setPath(format, QSettings::UserScope, m_folder.path());
-            QSettings::setPath(format, QSettings::SystemScope, m_folder.path() + "/all");
-        }
+        StartIn("folder");
         SetNames("App", "2.0");
         QCoreApplication::setOrganizationName("Ostrafel");
         SetUnitTestMode(false);
         SetNoSettingsMode(false);
-        ForgetFirstSettingsRequest();
     }
     ~AppSettings() override
     {
         SetNames({}, {});
         QCoreApplication::setOrganizationName({});
         SetNoSettingsMode(false);
-        SetUnitTestMode(m_wasUnitTestMode);
+        SetUnitTestMode(true);
     }
     AppSettings(const AppSettings&) = delete;
     AppSettings& operator=(const AppSettings&) = delete;
+
+    void StartIn(const QString& folder)
+    {
+        for (const auto format : {QSettings::NativeFormat, QSettings::IniFormat})
+        {
+            QSettings::setPath(format, QSettings::UserScope, m_folder.filePath(folder));
+            QSettings::setPath(format, QSettings::SystemScope, m_folder.filePath(folder + "/all"));
+        }
+        ForgetFirstSettingsRequest();
+    }
 
     static void SetNames(const QString& application, const QString& version)
     {
@@ -43,17 +45,14 @@ protected:
         QCoreApplication::setApplicationVersion(version);
     }
 
-private:
-    const bool m_wasUnitTestMode = IsUnitTestMode();
     const QTemporaryDir m_folder;
 };
 
-VekQSettings OpenEntry(const QString& entry) { return VekQSettings("Ostrafel", entry); }
+static VekQSettings OpenEntry(const QString& entry) { return VekQSettings("Ostrafel", entry); }
 
 TEST_F(AppSettings, EntryIsNameVersionAndMode)
 {
-    EXPECT_EQ(GetAppSettingsPath().organisation, "Ostrafel");
-    EXPECT_EQ(GetAppSettingsPath().applicationEntry, "App 2.0");
+    EXPECT_EQ(ToLogText(GetAppSettingsPath()), "Ostrafel/App 2.0");
     SetNoSettingsMode(true);
     EXPECT_EQ(GetAppSettingsPath().applicationEntry, "App 2.0 - NoSettingsMode");
     EXPECT_EQ(GetAllUsersSettings()->ApplicationName(), "App/Settings - NoSettingsMode");
@@ -79,54 +78,42 @@ TEST_F(AppSettings, WithoutOrganisationTheStoreIsScratch)
     EXPECT_FALSE(GetAppSettings()->Contains("IsSettingsInit"));
 }
 
-struct CarryCase
+TEST_F(AppSettings, CarriesOverTheVersionBeforeInTheOrderOfText)
 {
-    const char* fault;
-    QStringList entries; ///< Each holds its own name under "from".
-    QString source;      ///< Empty where nothing is carried over.
-    QString application = "App";
-    QString version = "2.0";
-    QVariant mark{}; ///< In the store of this version.
-};
-void PrintTo(const CarryCase& row, std::ostream* out) { *out << row.fault; }
-class CarryOver : public AppSettings, public testing::WithParamInterface<CarryCase>
-{};
-
-TEST_P(CarryOver, TakesTheVersionBeforeInTheOrderOfText)
-{
-    SetNames(GetParam().application, GetParam().version);
-    for (const QString& entry : GetParam().entries)
-        OpenEntry(entry).SetValue("from", entry);
-    const QString current = GetAppSettingsPath().applicationEntry;
+    // The entries, each of which holds its own name under "from"; the one carried over, if any; the
+    // application; the mark in the store of its version.
+    using Row = std::tuple<const char*, QStringList, QString, QString, QVariant>;
+    for (const auto& [fault, entries, source, application, mark] :
+         {Row{"versions compared as numbers", {"App 1.9", "App 1.10"}, "App 1.9", "App", {}},
+          Row{"no-settings store taken", {"App 1.0", "App 1.9 - NoSettingsMode"}, "App 1.0", "App", {}},
+          Row{"three parts taken", {"App 1.9.1", "App 1.0"}, "App 1.0", "App", {}},
+          Row{"one part taken", {"App 1", "App"}, "", "App", {}},
+          Row{"later version taken", {"App 2.1", "App 3.0"}, "", "App", {}},
+          Row{"other application taken", {"Apple 1.0", "My App 1.0", "app 1.0"}, "", "App", {}},
+          Row{"name read as an expression", {"A+B (x) 1.0", "AAB x 1.9"}, "A+B (x) 1.0", "A+B (x)", {}},
+          Row{"marked store overwritten", {"App 1.0"}, "", "App", true},
+          Row{"text of the mark not read", {"App 1.0"}, "", "App", "true"},
+          Row{"any mark taken for one", {"App 1.0"}, "App 1.0", "App", "odd"},
+          Row{"false mark taken for one", {"App 1.0"}, "App 1.0", "App", false}})
     {
-        auto store = OpenEntry(current);
-        store.SetValue("own", 1);
-        if (GetParam().mark.isValid())
-            store.SetValue("IsSettingsInit", GetParam().mark);
-    }
-    const auto store = GetAppSettings();
-    EXPECT_EQ(store->GetValue("from", QString()), GetParam().source);
-    EXPECT_EQ(store->Contains("own"), GetParam().source.isEmpty()); // its own values give way
-    EXPECT_EQ(store->GetValue<bool>("IsSettingsInit"), true);
-    if (!GetParam().source.isEmpty())
-    {
-        EXPECT_EQ(store->AllKeys("").size(), 2);
+        SCOPED_TRACE(fault);
+        StartIn(fault);
+        SetNames(application, "2.0");
+        for (const QString& entry : entries)
+            OpenEntry(entry).SetValue("from", entry);
+        {
+            auto store = OpenEntry(application + " 2.0");
+            store.SetValue("own", 1);
+            if (mark.isValid())
+                store.SetValue("IsSettingsInit", mark);
+        }
+        const auto store = GetAppSettings();
+        EXPECT_EQ(store->GetValue("from", QString()), source);
+        EXPECT_EQ(store->GetValue<bool>("IsSettingsInit"), true);
+        // Its own values give way.
+        EXPECT_EQ(store->AllKeys(""), QStringList({"IsSettingsInit", source.isEmpty() ? "own" : "from"}));
     }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Rows, CarryOver,
-    testing::Values(CarryCase{"versions compared as numbers", {"App 1.9", "App 1.10"}, "App 1.9"},
-                    CarryCase{"no-settings store taken", {"App 1.0", "App 1.9 - NoSettingsMode"}, "App 1.0"},
-                    CarryCase{"three parts taken", {"App 1.9.1", "App 1.0"}, "App 1.0"},
-                    CarryCase{"one part taken", {"App 1", "App"}, ""},
-                    CarryCase{"later version taken", {"App 2.1", "App 3.0"}, ""},
-                    CarryCase{"other application taken", {"Apple 1.0", "My App 1.0", "app 1.0"}, ""},
-                    CarryCase{
-                        "name read as an expression", {"A+B (x) 1.0", "AAB x 1.9"}, "A+B (x) 1.0", "A+B (x)"},
-                    CarryCase{"marked store overwritten", {"App 1.0"}, "", "App", "2.0", true},
-                    CarryCase{"text of the mark not read", {"App 1.0"}, "", "App", "2.0", "true"},
-                    CarryCase{"any mark taken for one", {"App 1.0"}, "App 1.0", "App", "2.0", "odd"},
-                    CarryCase{"false mark taken for one", {"App 1.0"}, "App 1.0", "App", "2.0", false}));
 
 TEST_F(AppSettings, OnlyTheFirstRequestCarriesOver)
 {
@@ -155,5 +142,4 @@ TEST_F(AppSettings, NoSettingsModeStartsFreshAndLeavesTheRest)
     EXPECT_TRUE(OpenEntry("App 2.0").AllKeys("").isEmpty());
     EXPECT_EQ(OpenEntry("App 1.0").GetValue<int>("k"), 1);
 }
-} // namespace
 } // namespace vek::App

@@ -12,12 +12,9 @@
 
 namespace vek::App
 {
-namespace
-{
 /// Stores in a folder of the test's own.
-class SettingsTest : public testing::Test
+struct SettingsTest : testing::Test
 {
-protected:
     SettingsTest() { QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path()); }
 
     static std::unique_ptr<VekQSettings> Open(const QString& application = "Written")
@@ -30,6 +27,23 @@ protected:
     {
         QFile file(Open()->GetFileName());
         return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+
+    template <typename T>
+    static void CheckInFile(const T& value, const QString& text)
+    {
+        {
+            const auto store = Open();
+            store->ClearValues();
+            store->SetValue("k", value);
+        }
+        EXPECT_EQ(GetFileText(), "[General]\nk=" + text + '\n');
+        // What another process finds: a store that has read the file.
+        const QTemporaryDir other;
+        ASSERT_TRUE(QFile::copy(Open()->GetFileName(), other.filePath("copy.ini")));
+        const QSettings copy(other.filePath("copy.ini"), QSettings::IniFormat);
+        EXPECT_EQ(VariantConverter<T>::FromVariant(copy.value("k")), std::optional<T>(std::in_place, value))
+            << text.toStdString();
     }
 
     const QTemporaryDir folder;
@@ -90,28 +104,6 @@ TEST_F(SettingsTest, ScratchStoreErasesItself)
     EXPECT_FALSE(GetFileText().contains("k=1"));
 }
 
-template <typename T>
-void CheckInFile(const T& value, const QString& text)
-{
-    {
-        VekQSettings store(QSettings::IniFormat, QSettings::UserScope, "Test", "Written");
-        store.ClearValues();
-        store.SetValue("k", value);
-    }
-    QFile file(VekQSettings(QSettings::IniFormat, QSettings::UserScope, "Test", "Written").GetFileName());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(QString::fromUtf8(file.readAll()), "[General]\nk=" + text + '\n');
-    // What another process finds: a store that has read the file.
-    const QSettings::SettingsMap parsed = [&file] {
-        QFile::copy(file.fileName(), file.fileName() + ".copy.ini");
-        QSettings copy(file.fileName() + ".copy.ini", QSettings::IniFormat);
-        return QSettings::SettingsMap{{"k", copy.value("k")}};
-    }();
-    QFile::remove(file.fileName() + ".copy.ini");
-    EXPECT_EQ(VariantConverter<T>::FromVariant(parsed["k"]), std::optional<T>(std::in_place, value))
-        << text.toStdString();
-}
-
 TEST_F(SettingsTest, TypedValuesAreReadableInTheFileAndComeBack)
 {
     CheckInFile(0.1, "0.1");
@@ -159,8 +151,8 @@ TEST_F(SettingsTest, StoreIsWholeWheneverItsWriterIsKilled)
         QElapsedTimer round;
         round.start();
         ASSERT_TRUE(writer.waitForReadyRead());
-        QThread::usleep(
-            static_cast<unsigned long>(round.nsecsElapsed() / 1000 * kill / kills)); // anywhere in it
+        const auto delay = round.nsecsElapsed() / 1000 * kill / kills; // anywhere in it
+        QThread::usleep(static_cast<unsigned long>(delay));
         writer.kill();
         writer.waitForFinished();
         if (QFileInfo(lock).size() == 0)
@@ -211,5 +203,4 @@ TEST_F(SettingsTest, TroubleIsToldAndStopsNothing)
     EXPECT_EQ(odd->GetValue<int>("new"), 2);
     EXPECT_EQ(odd->Status(), QSettings::FormatError);
 }
-} // namespace
 } // namespace vek::App
