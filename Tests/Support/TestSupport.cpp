@@ -1,5 +1,7 @@
 #include "Support/TestSupport.h"
 #include <QCoreApplication>
+#include <QFile>
+#include <QSettings>
 #include <thread>
 
 namespace vek::TestSupport
@@ -30,6 +32,29 @@ NotificationRecorder::NotificationRecorder()
 {}
 
 NotificationRecorder::~NotificationRecorder() { App::SetNotifierCallback(std::move(m_before)); }
+
+QByteArray ReadFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString WriteFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size())
+        << path.toStdString();
+    return path;
+}
+
+void SetSettingsFolder(const QString& path)
+{
+    for (const QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat})
+    {
+        QSettings::setPath(format, QSettings::UserScope, path + "/user");
+        QSettings::setPath(format, QSettings::SystemScope, path + "/machine");
+    }
+}
 
 bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds deadline)
 {

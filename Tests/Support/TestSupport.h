@@ -4,8 +4,8 @@
 #include <QString>
 #include <chrono>
 #include <functional>
+#include <gmock/gmock.h>
 #include <mutex>
-#include <ostream>
 #include <vector>
 
 QT_BEGIN_NAMESPACE
@@ -29,8 +29,6 @@ class LogRecorder
 public:
     LogRecorder();
     ~LogRecorder();
-    LogRecorder(const LogRecorder&) = delete;
-    LogRecorder& operator=(const LogRecorder&) = delete;
     [[nodiscard]] std::vector<LogLine> GetLines() const;
 
 private:
@@ -45,13 +43,20 @@ class NotificationRecorder
 public:
     NotificationRecorder();
     ~NotificationRecorder();
-    NotificationRecorder(const NotificationRecorder&) = delete;
-    NotificationRecorder& operator=(const NotificationRecorder&) = delete;
     std::vector<App::NotifierMessage> messages;
 
 private:
     App::NotifierCallback m_before;
 };
+
+/// All of a file; empty where there is none.
+[[nodiscard]] QByteArray ReadFile(const QString& path);
+
+/// @return @p path.
+QString WriteFile(const QString& path, const QByteArray& content);
+
+/// From now on, settings of the user and of the machine are in "user" and "machine" there.
+void SetSettingsFolder(const QString& path);
 
 /// Lets Qt process events until @p condition holds; false when it does not within the deadline.
 [[nodiscard]] bool WaitFor(const std::function<bool()>& condition,
