@@ -7,29 +7,19 @@
 #include "VekAppCore/Settings/AppSettings.h"
 #include "VekAppCore/Settings/VekQSettings.h"
 #include "VekBase/ScopedTempFolder.h"
-#include <QSettings>
-#include <gmock/gmock.h>
 
 namespace vek::App
 {
-namespace
-{
-[[maybe_unused]] const bool isDeclared = [] {
-    DeclarationSystem::GetInstance().Append<IAppFeatureService>([](IAppFeatureService& features) {
-        features.Declare("Probe/On", true);
-        features.Declare("Probe/Broken", true);
-        features.Declare("Probe/Number", 5);
-        features.Declare("Probe/Number", 6); // the first one stays
-    });
-    return true;
-}();
-} // namespace
-
 TEST(AppFeatureService, MachineDecidesAboutWhatModulesDeclare)
 {
     const ScopedTempFolder folder;
-    for (const auto format : {QSettings::NativeFormat, QSettings::IniFormat})
-        QSettings::setPath(format, QSettings::SystemScope, folder.GetPath());
+    TestSupport::SetSettingsFolder(folder.GetPath());
+    DeclarationSystem::GetInstance().Append<IAppFeatureService>([](IAppFeatureService& declaring) {
+        declaring.Declare("Probe/On", true);
+        declaring.Declare("Probe/Broken", true);
+        declaring.Declare("Probe/Number", 5);
+        declaring.Declare("Probe/Number", 6); // the first one stays
+    });
     AppConfiguration configuration;
     configuration.applicationName = "Features";
     ApplicationFrame frame(configuration);
@@ -39,15 +29,13 @@ TEST(AppFeatureService, MachineDecidesAboutWhatModulesDeclare)
     frame.Start();
     auto& features = Services().Require<IAppFeatureService>();
     std::vector<QString> changed;
-    const Connection connection =
-        features.OnChanged([&changed](const QString& name) { changed.push_back(name); });
-
+    const Connection connection = features.OnChanged([&](const QString& name) { changed.push_back(name); });
     EXPECT_EQ(features.GetValue<bool>("Probe/On"), false);
     EXPECT_TRUE(features.IsOverridden("Probe/On"));
     EXPECT_EQ(features.GetValue<bool>("Probe/Broken"), false); // to Qt, "no" is true
-    const TestSupport::LogLine warning{Log::Verbosity::Warning,
-                                       "The settings of the machine have no valid feature \"Probe/Broken\""};
-    EXPECT_THAT(log.GetLines(), testing::Contains(warning));
+    EXPECT_THAT(log.GetLines(), testing::Contains(TestSupport::LogLine{
+                                    Log::Verbosity::Warning,
+                                    "The settings of the machine have no valid feature \"Probe/Broken\""}));
     features.SetValue("Probe/On", true);
     EXPECT_EQ(features.GetValue<bool>("Probe/On"), false);
 

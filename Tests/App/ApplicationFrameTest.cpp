@@ -5,8 +5,6 @@
 #include "VekAppCore/App/InitExtension.h"
 #include "VekAppCore/App/RegisterService.h"
 #include "VekBase/ScopedTempFolder.h"
-#include <QFile>
-#include <gtest/gtest.h>
 
 namespace vek::App
 {
@@ -14,7 +12,7 @@ TEST(ApplicationFrame, GoesOnWithoutABadPluginAndUnloadsGoodOnesWithoutATrace)
 {
     const TestSupport::LogRecorder log;
     const ScopedTempFolder addons;
-    ASSERT_TRUE(QFile(addons.GetPath() + "/bad.so").open(QIODevice::WriteOnly));
+    TestSupport::WriteFile(addons.GetPath() + "/bad.so", {});
     auto frame = std::make_unique<ApplicationFrame>(AppConfiguration());
     frame->Start(addons.GetPath());
     ASSERT_EQ(log.GetLines().size(), 1U);

@@ -10,17 +10,15 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QMainWindow>
-#include <gmock/gmock.h>
 
 namespace vek::App
 {
 static void ExpectNeutralAnswers()
 {
     EXPECT_THROW(static_cast<void>(GetApp()), Exception::NullptrException);
-    EXPECT_EQ(GetApplicationName(), "Application");
-    EXPECT_FALSE(IsDemonstrator() || IsDevFeatureAllowed() || IsAppInTouchMode() || IsPostEventAvailable());
     EXPECT_TRUE(!GetAppPtr() && !GetMainWidget() && !GetCentralWidget());
-    EXPECT_EQ(GetAppConfig().applicationName, "");
+    EXPECT_FALSE(IsDemonstrator() || IsDevFeatureAllowed() || IsAppInTouchMode() || IsPostEventAvailable());
+    EXPECT_EQ(GetApplicationName() + GetAppConfig().applicationName, "Application");
     bool hasRun = false;
     PostEvent([&hasRun] { hasRun = true; });
     EXPECT_TRUE(hasRun);

@@ -2,7 +2,6 @@
 #include "Support/TestSupport.h"
 #include "VekAppCore/App/FactoryService.h"
 #include "VekAppCore/App/RegisterService.h"
-#include <gmock/gmock.h>
 #include <stdexcept>
 
 namespace vek::App

@@ -2,7 +2,6 @@
 #include "Support/TestSupport.h"
 #include "VekAppCore/App/Exception.h"
 #include "VekAppCore/App/SafeCallable.h"
-#include <gmock/gmock.h>
 #include <stdexcept>
 
 namespace vek::App

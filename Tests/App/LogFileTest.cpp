@@ -3,28 +3,23 @@
 #include "VekAppCore/App/Exception.h"
 #include <QDir>
 #include <QTemporaryDir>
-#include <gmock/gmock.h>
 #include <thread>
 
 namespace vek::App
 {
 using Log::Verbosity;
+using TestSupport::ReadFile;
 
 class LogFileTest : public testing::Test
 {
 protected:
-    static std::string Read(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "";
-    }
     /// What stands behind the levels in all files, oldest first, with a comma behind each.
     std::string GetMessages() const
     {
         QString messages;
         for (int number = 100; number >= 0; --number)
             for (const auto path = number > 0 ? m_path + '.' + QString::number(number) : m_path;
-                 const QString& line : QString::fromStdString(Read(path)).split('\n', Qt::SkipEmptyParts))
+                 const QString& line : QString(ReadFile(path)).split('\n', Qt::SkipEmptyParts))
                 messages += line.mid(33) + ',';
         return messages.toStdString();
     }
@@ -47,7 +42,7 @@ TEST_F(LogFileTest, LineHoldsTimeLevelAndTextAtOnce)
         LogFile log(m_path);
         log.Write(verbosity, message);
         // While it is open: a process that is killed now loses nothing.
-        EXPECT_THAT(Read(m_path), testing::MatchesRegex("20..-..-..T..:..:..[.]..." + end));
+        EXPECT_THAT(ReadFile(m_path).toStdString(), testing::MatchesRegex("20..-..-..T..:..:..[.]..." + end));
     }
 }
 
@@ -62,11 +57,8 @@ TEST_F(LogFileTest, OpeningRemovesACutOffLine)
           Row{"line feed at the end of a block missed", "one\n" + std::string(4096, 'x'), "one\n"}})
     {
         SCOPED_TRACE(fault);
-        QFile file(m_path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(before.c_str()) >= 0);
-        file.close();
-        LogFile(m_path).Write(Verbosity::Info, "new");
-        EXPECT_THAT(Read(m_path), testing::MatchesRegex(kept + ".{24} Info    new\n"));
+        LogFile(TestSupport::WriteFile(m_path, before.c_str())).Write(Verbosity::Info, "new");
+        EXPECT_THAT(ReadFile(m_path).toStdString(), testing::MatchesRegex(kept + ".{24} Info    new\n"));
     }
 }
 

@@ -1,7 +1,7 @@
+#include "Support/TestSupport.h"
 #include "VekAppCore/App/LogFile.h"
 #include <QTemporaryDir>
 #include <csignal>
-#include <gmock/gmock.h>
 #include <sys/resource.h>
 
 namespace vek::App
@@ -9,13 +9,13 @@ namespace vek::App
 TEST(LogFileUnix, FullDiskLeavesWholeLinesAndACount)
 {
     const QTemporaryDir folder;
-    QFile file(folder.filePath("a.log"));
+    const QString path = folder.filePath("a.log");
     std::signal(SIGXFSZ, SIG_IGN); // a write that crosses the limit is a short one, as on a full disk
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
     const rlimit full{150, before.rlim_max}; // 35 bytes a line, 83 the count: no room for a whole next line
     {
-        LogFile log(file.fileName());
+        LogFile log(path);
         for (const char* message : {"1", "2"})
         {
             log.Write(Log::Verbosity::Info, message);
@@ -25,9 +25,8 @@ TEST(LogFileUnix, FullDiskLeavesWholeLinesAndACount)
             setrlimit(RLIMIT_FSIZE, &before);
         }
     }
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const std::string lost = ".{24} Warning 5 line\\(s\\) could not be written and are lost\n";
-    EXPECT_THAT(file.readAll().toStdString(),
+    EXPECT_THAT(TestSupport::ReadFile(path).toStdString(),
                 testing::MatchesRegex(".{24} Info    1\n" + lost + ".{24} Info    2\n" + lost));
 }
 } // namespace vek::App

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QListView>
 #include <QScrollBar>
-#include <gtest/gtest.h>
 #include <thread>
 
 namespace vek::App

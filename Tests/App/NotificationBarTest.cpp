@@ -5,7 +5,6 @@
 #include <QLocale>
 #include <QPlainTextEdit>
 #include <QToolButton>
-#include <gtest/gtest.h>
 
 namespace vek::App
 {

@@ -2,7 +2,6 @@
 #include "Support/TestSupport.h"
 #include "VekAppCore/App/ApplicationFrame.h"
 #include <QCoreApplication>
-#include <gmock/gmock.h>
 #include <thread>
 
 namespace vek::App

@@ -1,19 +1,20 @@
 #include "VekAppCore/App/Translations.h"
 #include "App/Language.h"
 #include "Support/TestSupport.h"
-#include "Translations/TranslatedLibrary.h"
 #include "VekAppCore/App/ApplicationFrame.h"
 #include "VekAppCore/App/DeclarationSystem.h"
 #include "VekAppCore/App/IAppFeatureService.h"
 #include "VekAppCore/App/NoSettingsMode.h"
+#include "VekAppCore/Settings/AppSettings.h"
+#include "VekAppCore/Settings/VekQSettings.h"
 #include "VekAppCore/Text/LanguageChange.h"
 #include "VekBase/ScopedTempFolder.h"
 #include <QCoreApplication>
-#include <QDir>
-#include <QSettings>
+#include <QFile>
 #include <QWidget>
-#include <gmock/gmock.h>
 #include <stdexcept>
+
+vek::TrString GetGreeting(); // of a static library, with a translation of its own
 
 namespace vek::App
 {
@@ -22,11 +23,7 @@ class TranslationsTest : public testing::Test
 protected:
     TranslationsTest()
     {
-        for (const QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat})
-        {
-            QSettings::setPath(format, QSettings::UserScope, m_folder.GetPath() + "/user");
-            QSettings::setPath(format, QSettings::SystemScope, m_folder.GetPath() + "/machine");
-        }
+        TestSupport::SetSettingsFolder(m_folder.GetPath());
         _Start();
     }
 
@@ -60,24 +57,20 @@ protected:
 TEST(ChooseLanguage, IsTheFirstWantedOneThatIsThere)
 {
     const QStringList available{"de", "en", "fr", "pt_BR", "sr_Cyrl", "zh", "zh_Hant", "zh_TW"};
-    const struct
-    {
-        const char* fault;
-        QStringList wanted;
-        const char* chosen;
-    } rows[] = {{"country not dropped", {"fr-Latn-CA", "fr-CA"}, "fr"},
-                {"second language before English", {"en-GB", "en", "en-Latn-US", "fr"}, "en"},
-                {"English without country overlooked", {"en-GB", "fr"}, "en"},
-                {"country dropped too early", {"zh-Hant-TW", "zh-TW"}, "zh_TW"},
-                {"script dropped", {"zh-Hant-HK", "zh-HK"}, "zh_Hant"},
-                {"script of the country not known", {"zh-HK"}, "zh_Hant"},
-                {"one script for another", {"zh-CN", "zh-Hans-CN"}, "zh"},
-                {"one script for another", {"sr-Latn-RS", "de-AT"}, "de"},
-                {"choice not taken as it is", {"zh_Hant", "zh-TW", "zh-Hant-TW"}, "zh_Hant"},
-                {"language of one country for another", {"pt-Latn-PT", "pt-PT", "pt", "de-AT"}, "de"},
-                {"beginning of a code taken", {"frp", "de"}, "de"},
-                {"nothing instead of English", {"C"}, "en"},
-                {"nothing instead of English", {}, "en"}};
+    const std::tuple<const char*, QStringList, const char*> rows[] = {
+        {"country not dropped", {"fr-Latn-CA", "fr-CA"}, "fr"},
+        {"second language before English", {"en-GB", "en", "en-Latn-US", "fr"}, "en"},
+        {"English without country overlooked", {"en-GB", "fr"}, "en"},
+        {"country dropped too early", {"zh-Hant-TW", "zh-TW"}, "zh_TW"},
+        {"script dropped", {"zh-Hant-HK", "zh-HK"}, "zh_Hant"},
+        {"script of the country not known", {"zh-HK"}, "zh_Hant"},
+        {"one script for another", {"zh-CN", "zh-Hans-CN"}, "zh"},
+        {"one script for another", {"sr-Latn-RS", "de-AT"}, "de"},
+        {"choice not taken as it is", {"zh_Hant", "zh-TW", "zh-Hant-TW"}, "zh_Hant"},
+        {"language of one country for another", {"pt-Latn-PT", "pt-PT", "pt", "de-AT"}, "de"},
+        {"beginning of a code taken", {"frp", "de"}, "de"},
+        {"nothing instead of English", {"C"}, "en"},
+        {"nothing instead of English", {}, "en"}};
     for (const auto& [fault, wanted, chosen] : rows)
         EXPECT_EQ(ChooseLanguage(wanted, available), chosen) << fault;
 }
@@ -108,9 +101,7 @@ TEST_F(TranslationsTest, ChoiceIsKeptForTheNextStart)
 
 TEST_F(TranslationsTest, MachinesLanguageIsThatOfUsersWhoHaveChosenNone)
 {
-    QDir(m_folder.GetPath()).mkpath("machine/Ostrafel/App");
-    QSettings(m_folder.GetPath() + "/machine/Ostrafel/App/Settings.ini", QSettings::IniFormat)
-        .setValue("Language", "fr");
+    GetAllUsersSettings()->SetValue("Language", QString("fr"));
     _Start();
     EXPECT_EQ(_GetYes(), "Oui");
     SetLanguage("");
@@ -144,15 +135,10 @@ TEST_F(TranslationsTest, SwitchIsOneChangeWithQtsOwnTexts)
 
 TEST_F(TranslationsTest, QtsOwnTextsAreInTheLanguageThatIsShown)
 {
-    const struct
-    {
-        const char* fault;
-        const char* language;
-        const char* apply;
-    } rows[] = {{"only the same name taken", "pt", "Aplicar"},
-                {"only the same name taken", "zh_Hant", "套用"},
-                {"another script taken", "zh_Hans", "应用"},
-                {"another language taken", "eo", "Apply"}};
+    const std::array<const char*, 3> rows[] = {{"only the same name taken", "pt", "Aplicar"},
+                                               {"only the same name taken", "zh_Hant", "套用"},
+                                               {"another script taken", "zh_Hans", "应用"},
+                                               {"another language taken", "eo", "Apply"}};
     _DeclareModule({"Module_pt.qm", "Module_zh_Hant.qm", "Module_zh-Hans.qm", "Module_eo.qm"});
     for (const auto& [fault, language, apply] : rows)
     {
@@ -165,15 +151,13 @@ TEST_F(TranslationsTest, QtsOwnTextsAreInTheLanguageThatIsShown)
 
 TEST_F(TranslationsTest, FailureToDeclareLeavesNothingHalfShown)
 {
-    static bool isFaulty = true;
-    const ScopeBase mended([] { isFaulty = false; });
     RemoveTranslations();
-    DeclarationSystem::GetInstance().Append<ITranslationDeclarationCtx>([](ITranslationDeclarationCtx&) {
-        if (isFaulty)
-            throw std::runtime_error("no such folder");
-    });
+    DeclarationSystem::GetInstance().Append<ITranslationDeclarationCtx>(
+        [isFaulty = true](ITranslationDeclarationCtx&) mutable {
+            if (std::exchange(isFaulty, false))
+                throw std::runtime_error("no such folder");
+        });
     EXPECT_THROW(InstallTranslations(QLocale("fr")), std::runtime_error);
-    isFaulty = false;
     InstallTranslations(QLocale("fr"));
     EXPECT_EQ(_GetYes(), "Oui");
 }

@@ -2,7 +2,6 @@
 #include "Support/TestSupport.h"
 #include <QKeyEvent>
 #include <QWidget>
-#include <gmock/gmock.h>
 #include <stdexcept>
 
 namespace vek::App

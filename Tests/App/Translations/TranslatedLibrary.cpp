@@ -1,3 +1,3 @@
-#include "Translations/TranslatedLibrary.h"
+#include "VekAppCore/Text/TrString.h"
 
 vek::TrString GetGreeting() { return vek::TrString::translate("TranslatedLibrary", "Good day"); }
