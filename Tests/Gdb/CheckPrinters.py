@@ -34,9 +34,7 @@ gdb.execute('run')
 for row in rows:
     expect(*row)
 
-for name in ('g_lengths', 'g_areas', 'g_volumes', 'g_angles', 'g_percents'):
-    for index in range(int(gdb.parse_and_eval(f'{name}.count'))):
-        expect(f'{name}.values[{index}]', gdb.parse_and_eval(f'{name}.texts[{index}]').string('utf-8'))
+expect('quantities', gdb.parse_and_eval('allUnits').string('utf-8'))
 
 import VekPrinters # which gdb has loaded with the library
 

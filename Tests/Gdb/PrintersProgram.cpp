@@ -1,5 +1,5 @@
-// Values of each kind. CheckPrinters.py stops this program at its end, and compares what gdb prints of each
-// expression behind "gdb:" with what stands behind the arrow; of addresses it sees "0x" alone.
+// Values of each kind. CheckPrinters.py stops this program at its end, and compares what gdb prints then of
+// each expression behind "gdb:" with what stands behind the arrow; of addresses it sees "0x" alone.
 #include "VekAppCore/App/AppConfiguration.h"
 #include "VekAppCore/Data/VekQVariantMap.h"
 #include "VekAppCore/Text/TrString.h"
@@ -41,36 +41,12 @@ struct Holder
 
 /// Bytes where a value is expected.
 template <typename T>
-struct Garbage
+union Garbage
 {
-    alignas(T) unsigned char bytes[sizeof(T)];
-    explicit Garbage(int fill) { std::memset(bytes, fill, sizeof bytes); }
-    const T& Get() const { return *reinterpret_cast<const T*>(bytes); }
+    T value;
+    explicit Garbage(int fill) { std::memset(static_cast<void*>(this), fill, sizeof *this); }
+    ~Garbage() {}
 };
-
-/// A quantity in every unit beside what it has to look like; the script goes through them.
-template <typename Q>
-struct AllUnits
-{
-    static constexpr auto units = Unit::GetUnits<typename Q::UnitType>();
-    int count = 0;
-    Q values[units.size()];
-    char texts[units.size()][32];
-    AllUnits()
-    {
-        for (const auto unit : units)
-        {
-            values[count] = Q(-12.5, unit);
-            std::strcpy(texts[count], Convert::ToString(values[count]).toUtf8().constData());
-            ++count;
-        }
-    }
-};
-AllUnits<Unit::Length> g_lengths;
-AllUnits<Unit::Area> g_areas;
-AllUnits<Unit::Volume> g_volumes;
-AllUnits<Unit::Angle> g_angles;
-AllUnits<Unit::Percent> g_percents;
 
 Unit::Length MakeLength() { return Unit::Length(2, Unit::LengthUnit::Mil); }
 
@@ -78,140 +54,117 @@ int main()
 {
     // Nodes and trees
     VekQVariantMap map;
-    VekQVariant& name = map["name"];
+    VekQVariant& name = map["name"]; // gdb: name -> "Prüfung \"1\"\n\u0001 € 😀"
     name = VekQVariant::From(QString("Prüfung \"1\"\n\x01 \u20ac \U0001f600"));
     map["size"]["x"] = VekQVariant::From(Unit::Length(1.5, Unit::LengthUnit::Inch));
     map["size"]["deep"]["er"] = VekQVariant::From(true);
-    VekQVariant& points = map["points"];
+    VekQVariant& points = map["points"]; // gdb: points -> list of 2 = {<invalid>, -2.5e-07}
     points[1] = VekQVariant::From(-2.5e-7);
-    const VekQVariantMap empty;
-    const Holder holder;
-    VekQVariantMap grouped;
+    // gdb: map -> map of 3 = {[name] = "Prüfung \"1\"\n\u0001 € 😀",
+    //   [points] = list of 2 = {<invalid>, -2.5e-07},
+    //   [size] = map of 2 = {[deep] = map of 1 = {[er] = true}, [x] = 1.5 in}}
+    const VekQVariantMap empty; // gdb: empty -> map of 0
+    const Holder holder;        // gdb: holder -> {map = map of 0, title = ""}
+    VekQVariantMap grouped;     // gdb: grouped -> map of 0 in group "a/b"
     grouped.BeginGroup("a");
     grouped.BeginGroup("b");
     VekQVariantMap many;
     for (int i = 0; i < 20; ++i)
         many[QString::number(7 * i % 20 + 10)] = VekQVariant::From(i);
-    const VekQVariantList list{{}, VekQVariant::From(quint64(-1)), VekQVariant::From(empty)};
-
-    // gdb: name -> "Prüfung \"1\"\n\u0001 € 😀"
-    // gdb: points -> list of 2 = {<invalid>, -2.5e-07}
-    // gdb: map -> map of 3 = {[name] = "Prüfung \"1\"\n\u0001 € 😀",
-    //   [points] = list of 2 = {<invalid>, -2.5e-07},
-    //   [size] = map of 2 = {[deep] = map of 1 = {[er] = true}, [x] = 1.5 in}}
-    // gdb: empty -> map of 0
-    // gdb: holder -> {map = map of 0, title = ""}
-    // gdb: grouped -> map of 0 in group "a/b"
     // gdb: many -> map of 20 = {[10] = 0, [11] = 3, [12] = 6, [13] = 9, [14] = 12, [15] = 15, [16] = 18,
     //   [17] = 1, [18] = 4, [19] = 7, [20] = 10, [21] = 13, [22] = 16, [23] = 19, [24] = 2, [25] = 5,
     //   [26] = 8, [27] = 11, [28] = 14, [29] = 17}
+    const VekQVariantList list{{}, VekQVariant::From(quint64(-1)), VekQVariant::From(empty)};
     // gdb: list -> list of 3 = {<invalid>, 18446744073709551615, map of 0}
 
-    VekQVariant shared = points;
+    VekQVariant shared = points; // gdb: shared -> shared list of 2 = {<invalid>, -2.5e-07}
     shared.Share();
-    VekQVariant sharedText = VekQVariant::From(QString());
+    VekQVariant sharedText = VekQVariant::From(QString()); // gdb: sharedText -> shared ""
     sharedText.Share();
-    VekQVariant movedFrom = sharedText;
-    const VekQVariant movedTo = std::move(movedFrom);
-    VekQVariant own = sharedText;
+    VekQVariant movedFrom = sharedText;               // gdb: movedFrom -> <moved from>
+    const VekQVariant movedTo = std::move(movedFrom); // gdb: movedTo -> shared ""
+    VekQVariant own = sharedText;                     // gdb: own -> ""
     own.Unshare();
-    // gdb: shared -> shared list of 2 = {<invalid>, -2.5e-07}
-    // gdb: sharedText -> shared ""
-    // gdb: movedFrom -> <moved from>
-    // gdb: movedTo -> shared ""
-    // gdb: own -> ""
 
     const VekQVariant strings = VekQVariant::From(QStringList{"a", "ä", ""});
-    const VekQVariant plain = VekQVariant::From(QVariantMap{{"k", QVariantList{1, "x", QVariant()}}});
-    const VekQVariant bytes = VekQVariant::From(QByteArray("a\0b", 3));
-    const VekQVariant point = VekQVariant::From(Point{1, 2});
-    const VekQVariant unit = VekQVariant::From(Unit::LengthUnit::Inch);
-    const QMetaType matrixType(QMetaType::QMatrix4x4);
-    const VekQVariant matrix = VekQVariant::From(QVariant(matrixType));
-    const VekQVariant text = VekQVariant::From(QString(300, QChar(u'µ')));
     // gdb: strings -> list of 3 = {"a", "ä", ""}
+    const VekQVariant plain = VekQVariant::From(QVariantMap{{"k", QVariantList{1, "x", QVariant()}}});
     // gdb: plain -> map of 1 = {[k] = list of 3 = {1, "x", <invalid>}}
-    // gdb: bytes -> "a\u0000b"
-    // gdb: point -> {x = 1, y = 2}
+    const VekQVariant bytes = VekQVariant::From(QByteArray("a\0b", 3)); // gdb: bytes -> "a\u0000b"
+    const VekQVariant point = VekQVariant::From(Point{1, 2});           // gdb: point -> {x = 1, y = 2}
+    const VekQVariant unit = VekQVariant::From(Unit::LengthUnit::Inch);
     // gdb: unit -> vek::Unit::LengthUnit::Inch
-    // gdb: matrix -> <QMatrix4x4>
-
-    const HPath path(QList<QString>{"a", "ü/b"});
-    const HPath root;
-    // gdb: path -> "a/ü/b"
-    // gdb: root -> ""
+    const QMetaType matrixType(QMetaType::QMatrix4x4);
+    const VekQVariant matrix = VekQVariant::From(QVariant(matrixType)); // gdb: matrix -> <QMatrix4x4>
+    const VekQVariant text = VekQVariant::From(QString(300, QChar(u'µ')));
+    const HPath path(QList<QString>{"a", "ü/b"}); // gdb: path -> "a/ü/b"
+    const HPath root;                             // gdb: root -> ""
 
     // Texts
     TrString greeting =
         TrString::translate("Desk", "%L2 has %1 of %L2, %10").Arg(3).Arg(TrString::NoTranslate("µ"));
     greeting += TrString::translate("Desk", "!");
-    greeting.Replace("has", "had");
-    const TrString nothing;
-    TrString source = greeting;
-    const TrString target = std::move(source);
-    // gdb: greeting -> "µ had 3 of µ, %10!"
-    // gdb: target -> "µ had 3 of µ, %10!"
-    // gdb: source -> <moved from>
-    // gdb: nothing -> ""
+    greeting.Replace("has", "had");            // gdb: greeting -> "µ had 3 of µ, %10!"
+    const TrString nothing;                    // gdb: nothing -> ""
+    TrString source = greeting;                // gdb: source -> <moved from>
+    const TrString target = std::move(source); // gdb: target -> "µ had 3 of µ, %10!"
 
     // Numbers
-    const Unit::Length length(1000, Unit::LengthUnit::Micrometer);
-    const Triplet triplet{1, -2.5, 1e-7, Unit::LengthUnit::Millimeter};
-    const Triplet direction{0, 0, 1, {}};
-    const Bool yes = true;
-    const VersionNumber version{1, 0, 23, 4};
-    const std::array<int, 4> others{1, 2, 3, 4};
-    // gdb: length -> 1000 µm
+    const Unit::Length length(1000, Unit::LengthUnit::Micrometer);      // gdb: length -> 1000 µm
+    const Triplet triplet{1, -2.5, 1e-7, Unit::LengthUnit::Millimeter}; // gdb: triplet -> 1; -2.5; 1e-07 mm
+    const Triplet direction{0, 0, 1, {}};                               // gdb: direction -> 0; 0; 1
+    const Bool yes = true;                                              // gdb: yes -> true
+    const VersionNumber version{1, 0, 23, 4};                           // gdb: version -> 1.0.23.4
+    const std::array<int, 4> others{1, 2, 3, 4}; // gdb: others -> {_M_elems = {1, 2, 3, 4}}
     // gdb: MakeLength() -> 2 mil
-    // gdb: triplet -> 1; -2.5; 1e-07 mm
-    // gdb: direction -> 0; 0; 1
-    // gdb: yes -> true
-    // gdb: version -> 1.0.23.4
-    // gdb: others -> {_M_elems = {1, 2, 3, 4}}
+
+    // All units, beside what they have to look like
+    VekQVariant quantities;
+    QStringList texts;
+    const auto add = [&]<typename Q>(Q) {
+        for (const auto each : Unit::GetUnits<typename Q::UnitType>())
+        {
+            quantities[texts.size()] = VekQVariant::From(Q(-12.5, each));
+            texts << Convert::ToString(Q(-12.5, each));
+        }
+    };
+    add(Unit::Length());
+    add(Unit::Area());
+    add(Unit::Volume());
+    add(Unit::Angle());
+    add(Unit::Percent());
+    const auto expected =
+        QStringLiteral("list of %1 = {%2}").arg(texts.size()).arg(texts.join(", ")).toStdString();
+    const char* const allUnits = expected.c_str();
 
     // Pointers
     Viewer3D viewer;
-    const RawPtr<Viewer> pointer(&viewer);
-    const RawPtr<Viewer> null;
-    auto dying = std::make_unique<Viewer>();
-    const RawPtr<Viewer> dead(dying.get());
-    dying.reset();
-    QObject object;
-    const RawPtr<QObject> objectPointer(&object);
-    const RawPtr<QObject> nullObject;
-    auto dyingObject = std::make_unique<QObject>();
-    const RawPtr<QObject> deadObject(dyingObject.get());
-    dyingObject.reset();
-    // gdb: pointer -> RawPtr to Viewer3D = {object = 0x}
+    const RawPtr<Viewer> pointer(&viewer); // gdb: pointer -> RawPtr to Viewer3D = {object = 0x}
     // gdb: pointer->more -> 8
     // gdb: (*pointer).number -> 7
     // gdb: pointer.Get() == &viewer -> true
-    // gdb: null -> null
-    // gdb: dead -> died
-    // gdb: objectPointer -> RawPtr to QObject = {object = 0x}
+    const RawPtr<Viewer> null; // gdb: null -> null
+    auto dying = std::make_unique<Viewer>();
+    const RawPtr<Viewer> dead(dying.get()); // gdb: dead -> died
+    dying.reset();
+    QObject object;
+    const RawPtr<QObject> objectPointer(&object); // gdb: objectPointer -> RawPtr to QObject = {object = 0x}
     // gdb: objectPointer.Get() == (void*)&object -> true
-    // gdb: nullObject -> null
-    // gdb: deadObject -> died
+    const RawPtr<QObject> nullObject; // gdb: nullObject -> null
+    auto dyingObject = std::make_unique<QObject>();
+    const RawPtr<QObject> deadObject(dyingObject.get()); // gdb: deadObject -> died
+    dyingObject.reset();
 
     // What was never made
-    const Garbage<VekQVariant> noNode(0xa5);
-    Garbage<VekQVariant> noValue(0xa5);
-    noValue.bytes[offsetof(QVariant::Private, data) + 32] = 0;
-    const Garbage<VekQVariantMap> noMap(0xa5);
-    const Garbage<VekQVariantList> noList(0x5a);
-    const Garbage<HPath> noPath(0xa5);
-    const Garbage<TrString> noText(0xa5);
-    const Garbage<Unit::Length> noLength(0);
-    const Garbage<RawPtr<Viewer>> noPointer(0xa5);
-    const Garbage<RawPtr<QObject>> noObject(0xa5);
-    // gdb: *(VekQVariant*)noNode.bytes -> <garbage>
-    // gdb: *(VekQVariant*)noValue.bytes -> <no memory at 0x>
-    // gdb: *(VekQVariantMap*)noMap.bytes -> <no memory at 0x>
-    // gdb: *(VekQVariantList*)noList.bytes -> list of 0
-    // gdb: *(HPath*)noPath.bytes -> <garbage>
-    // gdb: *(TrString*)noText.bytes -> <no memory at 0x>
-    // gdb: *(Unit::Length*)noLength.bytes -> 0 <unit 0>
-    // gdb: *(RawPtr<Viewer>*)noPointer.bytes -> <no memory at 0x>
-    // gdb: *(RawPtr<QObject>*)noObject.bytes -> <no memory at 0x>
-    return 0; // stop here
+    const Garbage<VekQVariant> noNode(0xa5); // gdb: noNode.value -> <garbage>
+    Garbage<VekQVariant> noValue(0xa5);      // gdb: noValue.value -> <no memory at 0x>
+    reinterpret_cast<char*>(&noValue)[offsetof(QVariant::Private, data) + 32] = 0;
+    const Garbage<VekQVariantMap> noMap(0xa5);     // gdb: noMap.value -> <no memory at 0x>
+    const Garbage<VekQVariantList> noList(0x5a);   // gdb: noList.value -> list of 0
+    const Garbage<HPath> noPath(0xa5);             // gdb: noPath.value -> <garbage>
+    const Garbage<TrString> noText(0xa5);          // gdb: noText.value -> <no memory at 0x>
+    const Garbage<Unit::Length> noLength(0);       // gdb: noLength.value -> 0 <unit 0>
+    const Garbage<RawPtr<Viewer>> noPointer(0xa5); // gdb: noPointer.value -> <no memory at 0x>
+    const Garbage<RawPtr<QObject>> noObject(0xa5); // gdb: noObject.value -> <no memory at 0x>
+    return 0;                                      // stop here
 }
