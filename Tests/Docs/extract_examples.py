@@ -2,17 +2,9 @@
 """Makes one source file of the examples of documents: extract_examples.py OUTPUT DOCUMENT...
 
 A document is a page, whose examples are its blocks of ```cpp, or a header, whose examples stand between @code and
-@endcode. Where one is wrong, the compiler names the line of the document.
-
-- One that begins with a declaration (class, namespace, template, ... or a function) is part of a file.
-- With includes before that, or with main(), it is a file. It stands in a namespace of its own.
-- Any other is the body of a function.
-
-All but files follow the includes of QtWidgets and of all our headers, and "using namespace vek;".
-
-What an example of a page needs but does not show stands in front of it: <!-- example: Device device; -->. What this
-leaves open, as in "void Desk::Open() {", is closed behind the example. <!-- examples: struct Device {}; --> stands
-outside of functions, for all examples that follow.
+@endcode; CONTRIBUTING.md says which become files and bodies of functions. One with main() is a file, too, and each
+file stands in a namespace of its own. What the hidden part of an example leaves open, as in "void Desk::Open() {", is
+closed behind it. Where an example is wrong, the compiler names the line of the document.
 """
 import re
 import sys
