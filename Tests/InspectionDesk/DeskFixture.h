@@ -1,11 +1,10 @@
 #pragma once
 #include "InspectionDesk/IPlaneFitter.h"
+#include "Support/TestSupport.h"
 #include "VekAppCore/App/ApplicationFrame.h"
 #include "VekAppCore/App/Exception.h"
 #include "VekAppCore/App/ServiceManager.h"
 #include "VekBase/ScopedTempFolder.h"
-#include <QFile>
-#include <gmock/gmock.h>
 
 namespace vek::Desk
 {
@@ -17,9 +16,22 @@ protected:
 
     QString Write(const QString& name, const QByteArray& content) const
     {
-        QFile file(m_folder.GetPath() + u'/' + name);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-        return file.fileName();
+        return TestSupport::WriteFile(m_folder.GetPath() + u'/' + name, content);
+    }
+
+    /// What is said of a file, without its name; empty when it can be read.
+    static std::string GetRefusal(const QString& path, const std::function<void()>& read)
+    {
+        try
+        {
+            read();
+            return {};
+        }
+        catch (const Exception::AppException& exception)
+        {
+            EXPECT_TRUE(QString::fromUtf8(exception.what()).startsWith(path + ": ")) << exception.what();
+            return QString::fromUtf8(exception.what()).mid(path.size() + 2).toStdString();
+        }
     }
 
     /// Keeps what is reported, and ends the work where it is cancelled.

@@ -2,10 +2,8 @@
 #include "InspectionDesk/DeskFixture.h"
 #include "InspectionDesk/DeskWindow.h"
 #include "InspectionDesk/SettingsDialog.h"
-#include "Support/TestSupport.h"
 #include <QCoreApplication>
 #include <QDir>
-#include <QSettings>
 
 namespace vek::Desk
 {
@@ -16,11 +14,7 @@ protected:
     {
         QCoreApplication::setApplicationName("Desk");
         QCoreApplication::setApplicationVersion("2.0");
-        for (const QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat})
-        {
-            QSettings::setPath(format, QSettings::UserScope, m_folder.GetPath() + "/user");
-            QSettings::setPath(format, QSettings::SystemScope, m_folder.GetPath() + "/machine");
-        }
+        TestSupport::SetSettingsFolder(m_folder.GetPath());
         QDir(m_folder.GetPath()).mkpath("user/Ostrafel");
         QDir(m_folder.GetPath()).mkpath("machine/Ostrafel/Desk");
     }
@@ -31,22 +25,19 @@ protected:
 
 TEST_F(DeskSettingsTest, UsersValueGoesBeforeTheMachinesAndThatBeforeOurs)
 {
-    const struct
-    {
-        const char* fault;
-        QByteArray user, machine;
-        const char* expected; ///< Unit, tolerance, colour above, number of files.
-    } rows[] = {{"no value of our own", "", "", "- 0 mm #b2182b 0"},
-                {"machine not asked", "", "Unit=in\n[Deviation]\nTolerance=0.5 cm\n", "in 0.5 cm #b2182b 0"},
-                {"machine before user", "Unit=mm\n", "Unit=in\n", "mm 0 mm #b2182b 0"},
-                {"unit that suits not the user's", "Unit=@Invalid()\n", "Unit=in\n", "- 0 mm #b2182b 0"},
-                {"unknown unit taken", "Unit=yard\n", "Unit=in\n", "in 0 mm #b2182b 0"},
-                {"unit that is none taken", "Unit=END\n", "Unit=in\n", "in 0 mm #b2182b 0"},
-                {"scale turned around", "[Deviation]\nTolerance=-1 mm\n", "", "- 0 mm #b2182b 0"},
-                {"scale without end", "[Deviation]\nTolerance=inf mm\n", "", "- 0 mm #b2182b 0"},
-                {"colour that is none", "[Deviation]\nColourAbove=\n", "", "- 0 mm #b2182b 0"},
-                {"colour not as text", "[Deviation]\nColourAbove=#102030\n", "", "- 0 mm #102030 0"},
-                {"one file is no list", "RecentFiles=/a b.xyz\n", "", "- 0 mm #b2182b 1"}};
+    // The user's store, the machine's, and the unit, tolerance, colour above and number of files taken.
+    const std::tuple<const char*, QByteArray, QByteArray, const char*> rows[] = {
+        {"no value of our own", "", "", "- 0 mm #b2182b 0"},
+        {"machine not asked", "", "Unit=in\n[Deviation]\nTolerance=0.5 cm\n", "in 0.5 cm #b2182b 0"},
+        {"machine before user", "Unit=mm\n", "Unit=in\n", "mm 0 mm #b2182b 0"},
+        {"unit that suits not the user's", "Unit=@Invalid()\n", "Unit=in\n", "- 0 mm #b2182b 0"},
+        {"unknown unit taken", "Unit=yard\n", "Unit=in\n", "in 0 mm #b2182b 0"},
+        {"unit that is none taken", "Unit=END\n", "Unit=in\n", "in 0 mm #b2182b 0"},
+        {"scale turned around", "[Deviation]\nTolerance=-1 mm\n", "", "- 0 mm #b2182b 0"},
+        {"scale without end", "[Deviation]\nTolerance=inf mm\n", "", "- 0 mm #b2182b 0"},
+        {"colour that is none", "[Deviation]\nColourAbove=\n", "", "- 0 mm #b2182b 0"},
+        {"colour not as text", "[Deviation]\nColourAbove=#102030\n", "", "- 0 mm #102030 0"},
+        {"one file is no list", "RecentFiles=/a b.xyz\n", "", "- 0 mm #b2182b 1"}};
     for (const auto& [fault, user, machine, expected] : rows)
     {
         Write(userFile, user);

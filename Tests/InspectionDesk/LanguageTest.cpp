@@ -9,7 +9,6 @@
 #include "VekAppCore/App/ServiceManager.h"
 #include "VekAppCore/App/Translations.h"
 #include "VekBase/ScopedTempFolder.h"
-#include <QAbstractItemView>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QFile>
@@ -17,13 +16,10 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMetaProperty>
-#include <QPointer>
 #include <QRegularExpression>
-#include <QSettings>
 #include <QStatusBar>
 #include <cerrno>
 #include <future>
-#include <gmock/gmock.h>
 #include <set>
 
 namespace vek::Desk
@@ -35,9 +31,6 @@ using Texts = std::map<QString, QString>;
 /// The texts of an object and of what it consists of, by the way to them.
 void Collect(const QObject& object, const QString& way, Texts& texts)
 {
-    if (dynamic_cast<const App::LogPanel*>(object.parent()) &&
-        dynamic_cast<const QAbstractItemView*>(&object))
-        return; // lines of the log stay as they were written
     const auto add = [&](const QString& name, const QString& text) {
         if (!text.isEmpty())
             texts[way + '.' + name] = text;
@@ -55,12 +48,10 @@ void Collect(const QObject& object, const QString& way, Texts& texts)
     if (const auto* const bar = dynamic_cast<const QTabBar*>(&object))
         for (int tab = 0; tab < bar->count(); ++tab)
             add("tab" + QString::number(tab), bar->tabText(tab) + '\n' + bar->tabToolTip(tab));
-    if (const auto* const box = dynamic_cast<const QComboBox*>(&object))
-        for (int item = 0; item < box->count(); ++item)
-            add("item" + QString::number(item), box->itemText(item));
-    if (const auto* const view = dynamic_cast<const QAbstractItemView*>(&object); view && view->model())
-        for (int row = 0; row < view->model()->rowCount(); ++row)
-            add("row" + QString::number(row), view->model()->index(row, 0).data().toString());
+    if (const auto* const model = dynamic_cast<const QAbstractItemModel*>(&object);
+        model && !dynamic_cast<const App::LogPanel*>(model->parent())) // its lines stay as they were written
+        for (int row = 0; row < model->rowCount(); ++row)
+            add("row" + QString::number(row), model->index(row, 0).data().toString());
     std::map<QString, int> counts; // not the place among all children, which changes when one is raised
     for (const QObject* const child : object.children())
     {
@@ -87,8 +78,7 @@ protected:
     {
         s_server.emplace();
         s_folder.emplace();
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, s_folder->GetPath());
-        QSettings::setPath(QSettings::IniFormat, QSettings::SystemScope, s_folder->GetPath());
+        TestSupport::SetSettingsFolder(s_folder->GetPath());
         App::AppConfiguration configuration;
         configuration.applicationName = configuration.applicationTitle = "Desk";
         ConfigureUsageReport(configuration, s_server->GetUrl("").toString());
@@ -111,11 +101,9 @@ protected:
         m_window->show();
     }
 
-    QString _Write(const QString& name, const QByteArray& content) const
+    static QString _Write(const QString& name, const QByteArray& content)
     {
-        QFile file(s_folder->GetPath() + '/' + name);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-        return file.fileName();
+        return TestSupport::WriteFile(s_folder->GetPath() + '/' + name, content);
     }
 
     Texts _GetTexts() const
@@ -156,26 +144,25 @@ protected:
         return same;
     }
 
-    void _Trigger(const QString& text) const
+    /// Opens a dialog by its entry in the menu; throws where there is none.
+    template <typename Dialog = QDialog>
+    RawPtr<Dialog> _Open(const QString& text) const
     {
         const auto actions = m_window->findChildren<QAction*>();
-        const auto action =
-            std::ranges::find(actions, text, [](const QAction* each) { return each->text(); });
-        ASSERT_NE(action, actions.end()) << text.toStdString();
-        (*action)->trigger();
+        const auto action = std::ranges::find(actions, text, &QAction::text);
+        RawPtr<QAction>(action == actions.end() ? nullptr : *action)->trigger();
+        return m_window->findChild<Dialog*>();
     }
 
     /// Chooses an item of the settings dialog.
     void _Choose(const QString& menuText, const QString& item) const
     {
-        _Trigger(menuText);
-        auto* const dialog = m_window->findChild<QDialog*>();
-        ASSERT_NE(dialog, nullptr);
+        const auto dialog = _Open(menuText);
         for (QComboBox* const box : dialog->findChildren<QComboBox*>())
             if (box->findText(item) >= 0)
                 box->setCurrentText(item);
         dialog->accept();
-        QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+        QCoreApplication::sendPostedEvents(dialog.Get(), QEvent::DeferredDelete);
         QCoreApplication::processEvents();
     }
 
@@ -217,8 +204,8 @@ TEST_F(LanguageTest, AllThatCanBeOnDisplayFollows)
     const auto message = TrString::translate("QObject", "Not enough memory.");
     App::Notifier({message, Log::Verbosity::Error, TrString::translate("InspectionDesk", "Settings"), "!"});
     App::Notifier({message, Log::Verbosity::Error, {}, {}});
-    _Trigger("Se&ttings...");
-    _Trigger("&Usage statistics...");
+    _Open("Se&ttings...");
+    _Open("&Usage statistics...");
     for (QLineEdit* const field : m_window->findChildren<QLineEdit*>())
         if (dynamic_cast<LengthLineEdit*>(field)) // Qt itself does not tell it from other fields
             field->setText("!");
@@ -237,22 +224,16 @@ TEST_F(LanguageTest, FileDialogsFollow)
 {
     m_window->Inspect(_Write("a.xyz", "0 0 0\n4 0 1\n4 2 0\n0 2 1\n"));
     ASSERT_TRUE(TestSupport::WaitFor([this] { return !m_window->IsBusy(); }));
-    const struct
-    {
-        const char* action;
-        QStringList english;
-        QStringList french;
-    } rows[] = {{"&Open...",
-                 {"Open point clouds, documents and reports", "Files to open"},
-                 {"Ouvrir des nuages de points, des documents et des rapports", "Fichiers à ouvrir"}},
-                {"Save &as...",
-                 {"Save the result", "Documents", "Reports"},
-                 {"Enregistrer le résultat", "Documents", "Rapports"}}};
+    const std::tuple<const char*, QStringList, QStringList> rows[] = {
+        {"&Open...",
+         {"Open point clouds, documents and reports", "Files to open"},
+         {"Ouvrir des nuages de points, des documents et des rapports", "Fichiers à ouvrir"}},
+        {"Save &as...",
+         {"Save the result", "Documents", "Reports"},
+         {"Enregistrer le résultat", "Documents", "Rapports"}}};
     for (const auto& [action, english, french] : rows)
     {
-        _Trigger(action);
-        const QPointer<QFileDialog> dialog = m_window->findChild<QFileDialog*>();
-        ASSERT_NE(dialog, nullptr);
+        const auto dialog = _Open<QFileDialog>(action);
         const auto getTexts = [&dialog] {
             QCoreApplication::processEvents();
             QStringList texts{dialog->windowTitle()};
@@ -268,7 +249,7 @@ TEST_F(LanguageTest, FileDialogsFollow)
         App::SetLanguage("en");
         EXPECT_EQ(getTexts(), english);
         dialog->reject();
-        QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+        QCoreApplication::sendPostedEvents(dialog.Get(), QEvent::DeferredDelete);
         EXPECT_EQ(dialog, nullptr);
     }
 }
@@ -277,13 +258,11 @@ TEST_F(LanguageTest, FileDialogsWork)
 {
     const QString points = _Write("a.xyz", "0 0 0\n4 0 1\n4 2 0\n0 2 1\n");
     const auto choose = [this](const char* action, const QString& file) {
-        _Trigger(action);
-        auto* const dialog = m_window->findChild<QFileDialog*>();
-        ASSERT_NE(dialog, nullptr);
+        const auto dialog = _Open<QFileDialog>(action);
         dialog->setDirectory(s_folder->GetPath());
         dialog->findChild<QLineEdit*>("fileNameEdit")->setText(file);
-        static_cast<QDialog*>(dialog)->accept();
-        QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+        static_cast<QDialog&>(*dialog).accept();
+        QCoreApplication::sendPostedEvents(dialog.Get(), QEvent::DeferredDelete);
         ASSERT_TRUE(TestSupport::WaitFor([this] { return !m_window->IsBusy(); }));
     };
     choose("&Open...", points);
@@ -309,7 +288,7 @@ TEST_F(LanguageTest, SettingsDialogSwitches)
     EXPECT_EQ(App::GetLanguage(), "fr");
     _Choose("Ré&glages…", "Celle du système");
     EXPECT_EQ(App::GetLanguage(), "");
-    _Trigger("Se&ttings...");
+    _Open("Se&ttings...");
 }
 
 TEST_F(LanguageTest, UsageIsReportedWithTheLanguageThatIsShown)
@@ -320,7 +299,7 @@ TEST_F(LanguageTest, UsageIsReportedWithTheLanguageThatIsShown)
     DeskSettingsStore().Write(settings);
     m_window->UseSettings();
     _Choose("Se&ttings...", "Français");
-    _Trigger("Ré&glages…"); // a page
+    _Open("Ré&glages…"); // a page
     EXPECT_TRUE(TestSupport::WaitFor([] {
         return std::ranges::any_of(s_server->GetRequests(), [](const QByteArray& requests) {
             return QString::fromUtf8(requests).contains(

@@ -9,17 +9,12 @@ protected:
     std::string Read(const char* name, const QByteArray& content) const
     {
         const QString path = Write(QLatin1String(name), content);
-        try
-        {
-            std::ostringstream text;
+        std::ostringstream points;
+        const std::string refusal = GetRefusal(path, [&] {
             for (const Eigen::Vector3d& point : m_reader.Read(path, m_progress))
-                text << point.x() << ' ' << point.y() << ' ' << point.z() << "; ";
-            return text.str();
-        }
-        catch (const Exception::AppException& exception)
-        {
-            return QString::fromUtf8(exception.what()).remove(path + ": ").toStdString();
-        }
+                points << point.x() << ' ' << point.y() << ' ' << point.z() << "; ";
+        });
+        return points.str() + refusal;
     }
 
     std::string ReadPly(const QByteArray& elements, const QByteArray& data) const
