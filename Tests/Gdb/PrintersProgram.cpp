@@ -37,6 +37,10 @@ struct Holder
 {
     VekQVariantMap map;
     TrString title;
+    Unit::Area area;
+    Unit::Volume volume;
+    Unit::Angle angle;
+    Unit::Percent percent;
 };
 
 /// Bytes where a value is expected.
@@ -64,8 +68,9 @@ int main()
     //   [points] = list of 2 = {<invalid>, -2.5e-07},
     //   [size] = map of 2 = {[deep] = map of 1 = {[er] = true}, [x] = 1.5 in}}
     const VekQVariantMap empty; // gdb: empty -> map of 0
-    const Holder holder;        // gdb: holder -> {map = map of 0, title = ""}
-    VekQVariantMap grouped;     // gdb: grouped -> map of 0 in group "a/b"
+    const Holder holder;
+    // gdb: holder -> {map = map of 0, title = "", area = 0 m², volume = 0 m³, angle = 0°, percent = 0 %}
+    VekQVariantMap grouped; // gdb: grouped -> map of 0 in group "a/b"
     grouped.BeginGroup("a");
     grouped.BeginGroup("b");
     VekQVariantMap many;
