@@ -26,7 +26,6 @@ stop = source[:source.index('// stop here')].count('\n') + 1
 rows = re.findall(r'// gdb: (.*?) -> (.*(?:\n *//   .*)*)', source)
 rows = [(expression, re.sub(r'\n *// +', ' ', expected)) for expression, expected in rows]
 
-del __file__ # the library's own script, which gdb runs within this one, would take it for its own
 gdb.execute('set charset UTF-8')
 gdb.execute('set width 0')
 gdb.execute('set confirm off')
