@@ -1,5 +1,6 @@
 #include "VekAppCore/Settings/AppSettings.h"
 #include "Settings/FirstRequest.h"
+#include "Support/TestSupport.h"
 #include "VekAppCore/App/NoSettingsMode.h"
 #include "VekBase/Process.h"
 #include <QCoreApplication>
