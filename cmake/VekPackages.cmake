@@ -45,6 +45,9 @@ endif()
 
 install(FILES
         "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md" "${PROJECT_SOURCE_DIR}/CONTRIBUTING.md"
+        "${PROJECT_SOURCE_DIR}/LICENSE"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libvekappcore-dev" COMPONENT Development)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/Examples" # the documents lead to them
     DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libvekappcore-dev" COMPONENT Development)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/Docs"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libvekappcore-dev" COMPONENT Development

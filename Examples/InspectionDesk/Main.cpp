@@ -139,8 +139,9 @@ int Run(App::ApplicationFrame& frame, const QCommandLineParser& arguments)
 int main(int argc, char** argv)
 {
     using namespace vek;
-    // Standard error is kept for the one line that tells what is wrong; QT_LOGGING_RULES brings them back.
-    QLoggingCategory::setFilterRules(u"*.warning=false"_s);
+    // Standard error is kept for the one line that tells what is wrong, such as a display that does not
+    // answer; QT_LOGGING_RULES brings all back.
+    QLoggingCategory::setFilterRules(u"*.warning=false\nqt.qpa.xcb.warning=true"_s);
     Desk::ChoosePlatform();
     const App::VekQApplication application(argc, argv);
     QCoreApplication::setApplicationVersion(u"2.0"_s); // of the settings, too

@@ -14,7 +14,10 @@ build()
 {
     local preset=$1 progress=()
     shift
-    [[ -t 1 ]] || progress=(--quiet)
+    if [[ ! -t 1 ]]; then
+        progress=(--quiet)
+        echo "Building ($preset), the first time for some minutes" >&2
+    fi
     if [[ ! -w $root ]]; then
         echo "$root belongs to somebody else; clone it again into a folder of yours." >&2
         return 1
