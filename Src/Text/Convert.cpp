@@ -597,6 +597,7 @@ bool FromString(QStringView text, QMetaType type, QVariant& value, const ListUni
             value = std::move(items);
         return isRead;
     }
+    case QMetaType::QVariantList: return false; // Qt would make a list of the text as a whole
     default: break;
     }
     if (const auto names = GetEnum(type))

@@ -340,6 +340,36 @@ TEST_F(TaskTest, BasesEmitStartAndEndAroundWhateverIsThrown)
     EXPECT_TRUE(orphan->IsTaskFinished());
 }
 
+TEST(Task, WorkerIsNeverTheLastToHoldOne)
+{
+    /// Whose main thread has run what is posted before the worker goes on.
+    struct FastExecutor final : public SeededExecutor
+    {
+        using SeededExecutor::SeededExecutor;
+        void PostEvent(std::function<void()> function, const std::source_location&) override
+        {
+            thread = "main";
+            function();
+            thread = "worker";
+        }
+        QString thread = "worker";
+    };
+    struct Task final : public Details::TaskImplBase
+    {
+        Task(const std::shared_ptr<FastExecutor>& owner, QString& place)
+            : TaskImplBase(EventExecutor(owner), title), executor(*owner), died(place)
+        {}
+        ~Task() override { died = executor.thread; }
+        void Run(IProgression&) override {}
+        FastExecutor& executor;
+        QString& died;
+    };
+    const auto executor = std::make_shared<FastExecutor>(1);
+    QString died;
+    Task::ExecuteAndRelease(std::make_shared<Task>(executor, died));
+    EXPECT_EQ(died, "main");
+}
+
 // What follows runs on threads.
 
 /// Notes on which thread it dies.
