@@ -42,7 +42,7 @@ struct Allocator
     [[nodiscard]] T* allocate(std::size_t count)
     {
         const std::size_t bytes =
-            count <= std::numeric_limits<std::size_t>::max() / sizeof(T) ? count * sizeof(T) : SIZE_MAX;
+            count <= (std::numeric_limits<std::size_t>::max)() / sizeof(T) ? count * sizeof(T) : SIZE_MAX;
         if constexpr (isWide)
             return static_cast<T*>(AllocatedObject::operator new(bytes, std::align_val_t(alignof(T))));
         else

@@ -47,7 +47,7 @@ public:
 
     [[nodiscard]] T* Get() const noexcept
     {
-        return m_block ? static_cast<T*>(const_cast<SafeObject*>(m_block->GetObject())) : nullptr;
+        return m_block ? static_cast<T*>(const_cast<SafeObject*>(m_block->GetTarget())) : nullptr;
     }
 
 private:

@@ -17,7 +17,7 @@ public:
     explicit ControlBlock(const SafeObject* object) noexcept : m_object(object) {}
 
     /// Relaxed: whoever hands a pointer to another thread publishes the object as well.
-    [[nodiscard]] const SafeObject* GetObject() const noexcept
+    [[nodiscard]] const SafeObject* GetTarget() const noexcept
     {
         return m_object.load(std::memory_order_relaxed);
     }

@@ -5,6 +5,8 @@
 #include <source_location>
 #include <string>
 
+#undef GetMessage // of windows.h, which would rename the function
+
 namespace vek::Exception
 {
 /// A failure with a message for the user. what() is the message in the source language, UTF-8.

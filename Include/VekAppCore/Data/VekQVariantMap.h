@@ -21,7 +21,7 @@ struct KeyLess
         // Keys are short and begin alike: four units at a time, where they fit.
         const char16_t* aUnits = a.utf16();
         const char16_t* bUnits = b.utf16();
-        const char16_t* const end = aUnits + std::min(a.size(), b.size());
+        const char16_t* const end = aUnits + (std::min)(a.size(), b.size());
         for (; end - aUnits >= 4; aUnits += 4, bUnits += 4)
         {
             std::uint64_t aFour;

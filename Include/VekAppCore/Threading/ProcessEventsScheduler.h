@@ -27,7 +27,7 @@ public:
 private:
     std::unique_ptr<QEventLoop> m_loop;
     /// At first long ago: the clock may have been started less than an interval before.
-    std::chrono::steady_clock::time_point m_last = std::chrono::steady_clock::time_point::min();
+    std::chrono::steady_clock::time_point m_last = (std::chrono::steady_clock::time_point::min)();
     std::chrono::milliseconds m_interval;
     std::chrono::milliseconds m_maximumTime;
 };

@@ -23,7 +23,7 @@ class VEKAPPCORE_EXPORT XmlDescription
 {
 public:
     /// For Child: as many as there are.
-    static constexpr int anyNumber = std::numeric_limits<int>::max();
+    static constexpr int anyNumber = (std::numeric_limits<int>::max)();
 
     /// @param name  of the element.
     explicit XmlDescription(const AsciiStringView& name) : m_name(name.GetText()) {}

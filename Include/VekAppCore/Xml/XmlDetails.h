@@ -9,6 +9,8 @@
 #include <string_view>
 #include <tinyxml2.h>
 
+#undef FindText // of windows.h, which would rename the function
+
 class QColor;
 class QPoint;
 class QVariant;

@@ -3,6 +3,8 @@
 #include "VekAppCore/Xml/XmlSerializer.h"
 #include <memory>
 
+#undef LoadString // of windows.h, which would rename the function
+
 namespace vek
 {
 struct PathDocument;
