@@ -23,7 +23,8 @@ if(MSVC)
     target_compile_options(VekOptions INTERFACE /W4 /permissive- /utf-8
         /wd4251 /wd4275) # members and bases from the standard library need no export
 else()
-    target_compile_options(VekOptions INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+    target_compile_options(VekOptions INTERFACE -Wall -Wextra -Wpedantic -Wshadow
+        -Wconversion -Wno-sign-conversion) # which clang alone counts among the conversions
 endif()
 # oneTBB's headers do not compile after Qt's "emit" macro.
 target_compile_definitions(VekOptions INTERFACE QT_NO_KEYWORDS)

@@ -177,14 +177,14 @@ VEK_FOR_EACH_QUANTITY(VEK_INSTANTIATE)
 namespace vek::App
 {
 template <typename T>
-QVariant UnitVariantConverter<T>::ToVariant(const T& value, EVariantStoreFormat format)
+QVariant Details::UnitToVariant(const T& value, EVariantStoreFormat format)
 {
     return format == EVariantStoreFormat::Typed ? QVariant::fromValue(value)
                                                 : QVariant(Convert::ToString(value));
 }
 
 template <typename T>
-std::optional<T> UnitVariantConverter<T>::FromVariant(const QVariant& variant)
+std::optional<T> Details::UnitFromVariant(const QVariant& variant)
 {
     T value{};
     if (variant.metaType() == QMetaType::fromType<T>())
@@ -195,8 +195,11 @@ std::optional<T> UnitVariantConverter<T>::FromVariant(const QVariant& variant)
 }
 
 #define VEK_INSTANTIATE(Q)                                                                                   \
-    template struct UnitVariantConverter<Unit::Q>;                                                           \
-    template struct UnitVariantConverter<Unit::Q::UnitType>;
+    template VEKAPPCORE_EXPORT QVariant Details::UnitToVariant(const Unit::Q&, EVariantStoreFormat);         \
+    template VEKAPPCORE_EXPORT QVariant Details::UnitToVariant(const Unit::Q::UnitType&,                     \
+                                                               EVariantStoreFormat);                         \
+    template VEKAPPCORE_EXPORT std::optional<Unit::Q> Details::UnitFromVariant(const QVariant&);             \
+    template VEKAPPCORE_EXPORT std::optional<Unit::Q::UnitType> Details::UnitFromVariant(const QVariant&);
 VEK_FOR_EACH_QUANTITY(VEK_INSTANTIATE)
 #undef VEK_INSTANTIATE
 } // namespace vek::App

@@ -44,7 +44,7 @@ TEST(VariantJson, NestingHasABound)
     for (int level = 1; level < 512; ++level)
         value = QJsonArray{value};
     EXPECT_TRUE(FromJson(value).HasValue());
-    EXPECT_THROW(FromJson(QJsonArray{value}), Exception::OutOfRangeException);
+    EXPECT_THROW(static_cast<void>(FromJson(QJsonArray{value})), Exception::OutOfRangeException);
 }
 } // namespace
 } // namespace vek::App

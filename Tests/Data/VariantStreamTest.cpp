@@ -326,7 +326,7 @@ TEST(VariantStream, FilledValuesComeBackAsFromQt)
     for (const QVariant& value :
          {QVariant(QBitArray::fromBits("\x01\x04", 11)), QVariant(QKeySequence(1, 2, 3)),
           QVariant(QRegion(0, 0, 3, 3) + QRect(5, 1, 2, 2)), QVariant(format),
-          QVariant(QPolygon({{1, 2}, {3, 4}})), QVariant::fromValue(QByteArrayList{"a", ""}),
+          QVariant(QPolygon(QList<QPoint>{{1, 2}, {3, 4}})), QVariant::fromValue(QByteArrayList{"a", ""}),
           QVariant(MakeCurve(QEasingCurve::OutElastic)), QVariant(MakeCurve(QEasingCurve::BezierSpline)),
           QVariant(MakeCurve(QEasingCurve::TCBSpline)),
           QVariant::fromValue(std::pair<QVariant, QVariant>(1, "x")),

@@ -587,14 +587,29 @@ enum class EVariantStoreFormat : std::int32_t;
 template <typename T>
 struct VariantConverter;
 
+namespace Details
+{
+// No members of a template: clang would hide them as it hides their arguments, which are enumerations.
+template <typename T>
+[[nodiscard]] VEKAPPCORE_EXPORT QVariant UnitToVariant(const T& value, EVariantStoreFormat format);
+template <typename T>
+[[nodiscard]] VEKAPPCORE_EXPORT std::optional<T> UnitFromVariant(const QVariant& variant);
+} // namespace Details
+
 /// Quantities are readable as text with the unit, units as their symbols.
 template <typename T>
-struct VEKAPPCORE_EXPORT UnitVariantConverter
+struct UnitVariantConverter
 {
     /// @{
     /// As VariantConverter has them.
-    [[nodiscard]] static QVariant ToVariant(const T& value, EVariantStoreFormat format);
-    [[nodiscard]] static std::optional<T> FromVariant(const QVariant& variant);
+    [[nodiscard]] static auto ToVariant(const T& value, EVariantStoreFormat format)
+    {
+        return Details::UnitToVariant(value, format);
+    }
+    [[nodiscard]] static std::optional<T> FromVariant(const QVariant& variant)
+    {
+        return Details::UnitFromVariant<T>(variant);
+    }
     /// @}
 };
 template <Unit::AnyQuantity Q>
