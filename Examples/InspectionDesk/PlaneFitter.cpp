@@ -22,14 +22,22 @@ Eigen::Vector3d Orient(const Eigen::Vector3d& normal)
     return normal;
 }
 
+[[noreturn]] void Refuse(const PointCloud& points)
+{
+    throw Exception::AppException(
+        TrString::translate("InspectionDesk", "The points do not span a plane (%1 points)")
+            .Arg(points.size()));
+}
+
 class PlaneFitter final : public IPlaneFitter
 {
 public:
     Inspection Fit(const PointCloud& points, Threading::IProgression& progression) const override
     {
+        if (points.empty())
+            Refuse(points);
         const auto count = static_cast<Eigen::Index>(points.size());
-        const Eigen::Map<const Eigen::Matrix3Xd> matrix(points.empty() ? nullptr : points[0].data(), 3,
-                                                        count);
+        const Eigen::Map<const Eigen::Matrix3Xd> matrix(points[0].data(), 3, count);
         Inspection result{};
         result.centre = matrix.rowwise().sum() / static_cast<double>(count);
         // Around the centre: far from the origin, squares of plain coordinates would swallow the form error.
@@ -38,11 +46,9 @@ public:
         const Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> solver(offsets * offsets.transpose());
         const double least = solver.eigenvalues()[1];
         const double most = solver.eigenvalues()[2];
-        // Written so that NaN, which no points or an overflow lead to, is refused as well.
+        // Written so that NaN, which an overflow leads to, is refused as well.
         if (!(least > leastScatterRatio * most))
-            throw Exception::AppException(
-                TrString::translate("InspectionDesk", "The points do not span a plane (%1 points)")
-                    .Arg(points.size()));
+            Refuse(points);
 
         result.normal = Orient(solver.eigenvectors().col(0));
         progression.SetProgression(percentOfReading + 10);

@@ -26,7 +26,10 @@ build()
     local folder=$root/build/$preset
     [[ ! -e $folder/CMakeCache.txt || -e $folder/build.ninja ]] || rm -rf "$folder"
     local needed=()
-    [[ $preset != package ]] || needed=(--build)
+    case $preset in
+        package) needed=(--build) ;;
+        asan | fuzz) needed=(clang-16 libclang-rt-16-dev llvm-16) ;; # the last for the names in their reports
+    esac
     "$root/Scripts/install-dependencies" "${needed[@]}" && (
         cd "$root" &&
             cmake --preset "$preset" >/dev/null &&

@@ -75,7 +75,7 @@ TEST(WhenAll, CancelsAllAndKnowsAnEndThatIsBeingTold)
     TaskListener late;
     const TaskListener all = WhenAll(executor, TrString(), tasks);
     for (const TaskListener& task : {tasks[0], tasks[1], all})
-        connections.push_back(task.OnTaskCanceled([&] {
+        connections.push_back(task.OnTaskCanceled([&, task] {
             if (++canceledCount > 1)
                 return;
             late = WhenAll(executor, TrString(), {task});
