@@ -4,6 +4,7 @@
 #include "VekBase/MoveOnlyFunction.h"
 #include <compare>
 #include <cstdint>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -92,6 +93,7 @@ private:
     static void _Unlink(Slot* slot) noexcept;
     static void _CleanUp(State& state) noexcept;
 };
+[[nodiscard]] VEKBASE_EXPORT std::string ToLogText(SignalBase::EPriority priority);
 
 /// Holds a callback connected: destroying it disconnects the callback. An empty one holds nothing. Move-only,
 /// and ordered by the time of connecting, so that a std::set can keep several.

@@ -1,4 +1,5 @@
 #include "VekBase/Signal.h"
+#include "Base/EnumText.h"
 #include <atomic>
 #include <memory>
 
@@ -8,6 +9,11 @@ namespace
 {
 std::atomic<std::uint64_t> g_lastId{0};
 } // namespace
+
+std::string ToLogText(SignalBase::EPriority priority)
+{
+    return Details::ToEnumText(priority, SignalBase::EPriority::Default, {"Default"});
+}
 
 SignalBase::Slot::~Slot() = default;
 

@@ -67,8 +67,9 @@ TEST(LogText, IsPrintedByAllThree)
               "Readable\nBeta\nGeneralError\nOstrafel/Desk 2.0\nContext: Reader\nInfo: Saved (Desk) a.bin\n");
     EXPECT_EQ(Print(Log::Verbosity::Trace, Log::Verbosity{0}, Log::Verbosity{6},
                     Multithread::TBBHelper::ETaskGroupStatus::Canceled,
-                    Threading::EEventToTreat::ExcludeUserInput),
-              "Trace\n0\n6\nCanceled\nExcludeUserInput\n");
+                    Threading::EEventToTreat::ExcludeUserInput, SignalBase::EPriority::Default,
+                    SignalBase::EPriority(1)),
+              "Trace\n0\n6\nCanceled\nExcludeUserInput\nDefault\n1\n");
     EXPECT_EQ(Print(RawPtr<Watched>(), XmlFinding{3, "Line 3: no Width"},
                     XmlException::Place{12, "Width", "plate.xml"}),
               "(vek::(anonymous namespace)::Watched*) null\nLine 3: no Width\nplate.xml:12: Width\n");

@@ -206,8 +206,8 @@ template <Details::Sequence Container>
 }
 
 /// The value of type @p type that has this text.
-/// @return false for maps and lists of variants too, whose texts do not tell the types of what is in them, and
-/// for what is only written as QDebug does.
+/// @return false for maps and lists of variants too, whose texts do not tell the types of what is in them,
+/// and for what is only written as QDebug does.
 [[nodiscard]] VEKAPPCORE_EXPORT bool FromString(QStringView text, QMetaType type, QVariant& value,
                                                 const ListUnitNumberOptions& options = {});
 } // namespace vek::Convert
